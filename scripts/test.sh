@@ -1,0 +1,14 @@
+#!/usr/bin/env bash
+# Builds everything and runs every test suite: Linux, then the Windows core under Wine.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+bash scripts/install-deps.sh
+
+echo "== Linux build and tests"
+cmake --preset dev >/dev/null
+cmake --build --preset dev -j2
+ctest --preset dev -j2
+
+echo "== Windows core under Wine"
+bash scripts/test-windows.sh

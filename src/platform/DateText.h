@@ -1,0 +1,26 @@
+#pragma once
+
+#include "platform/Clock.h"
+
+#include <optional>
+#include <string>
+
+namespace nv {
+
+struct CivilDate {
+    int year;
+    int month; // 1..12
+    int day;   // 1..31
+};
+
+CivilDate civilFromDate(Date date);
+Date dateFromCivil(const CivilDate& civil);
+
+// The short date of the settings file: dd-mm-yyyy.
+std::string shortDateText(Date date);
+// Reads dd-mm-yyyy, d-m-yyyy, dd/mm/yyyy and yyyy-mm-dd; nothing for text that is no date.
+std::optional<Date> parseShortDate(const std::string& text);
+// yyyy-mm-dd, as in the names of backup folders.
+std::string isoDateText(Date date);
+
+} // namespace nv

@@ -1,0 +1,34 @@
+#include "platform/FailureText.h"
+
+namespace nv {
+
+std::string failureDescription(int32_t number) {
+    switch (number) {
+    case 5:
+        return "Ongeldige procedure-aanroep of ongeldig argument";
+    case kFailSubscript:
+        return "Index buiten bereik";
+    case kFailBadFileName:
+        return "Ongeldige bestandsnaam of -nummer";
+    case 53:
+        return "Bestand niet gevonden";
+    case kFailDeviceIo:
+        return "Invoer/uitvoer-fout van apparaat";
+    case kFailTargetFull:
+        return "Schijf vol";
+    case kFailDeviceUnavailable:
+        return "Apparaat niet beschikbaar";
+    case 70:
+        return "Toegang geweigerd";
+    case 71:
+        return "Schijf niet gereed";
+    case kFailAccessRefused:
+        return "Fout bij toegang tot pad of bestand";
+    case kFailPathNotFound:
+        return "Pad niet gevonden";
+    default:
+        return "Bestandsbewerking mislukt";
+    }
+}
+
+} // namespace nv

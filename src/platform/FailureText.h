@@ -1,0 +1,20 @@
+#pragma once
+
+#include "platform/FileFailure.h"
+
+#include <cstdint>
+#include <string>
+
+namespace nv {
+
+// The number of a file failure that fits none of the classes the failure paths tell apart.
+constexpr int32_t kFailGeneral = 51;
+
+// The short Dutch text shown to the user for a failure number; both file layers use it.
+std::string failureDescription(int32_t number);
+
+inline FileFailure fileFailure(int32_t number) {
+    return FileFailure(number, failureDescription(number));
+}
+
+} // namespace nv

@@ -1,0 +1,10 @@
+#include "platform/Platform.h"
+
+namespace nv {
+
+Platform& platform() {
+    static Platform current;
+    return current;
+}
+
+} // namespace nv

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "platform/Clock.h"
+#include "platform/Drives.h"
+#include "platform/FileSystem.h"
+#include "platform/MessageBoxes.h"
+#include "platform/Process.h"
+#include "platform/ProfileStore.h"
+#include "platform/SpecialFolders.h"
+
+namespace nv {
+
+// The machine as the logic sees it. Tests put their own pieces in place.
+struct Platform {
+    FileSystem* files = nullptr;
+    ProfileStore* profiles = nullptr;
+    SpecialFolders* folders = nullptr;
+    Clock* clock = nullptr;
+    Drives* drives = nullptr;
+    MessageBoxes* boxes = nullptr;
+    Process* process = nullptr;
+};
+
+Platform& platform();
+
+// The native implementations of this build (posix or win32); message boxes stay unset.
+Platform nativePlatform();
+
+// Installs a platform for one scope and puts the previous one back.
+class ScopedPlatform {
+public:
+    explicit ScopedPlatform(const Platform& p) : saved_(platform()) { platform() = p; }
+    ~ScopedPlatform() { platform() = saved_; }
+    ScopedPlatform(const ScopedPlatform&) = delete;
+    ScopedPlatform& operator=(const ScopedPlatform&) = delete;
+
+private:
+    Platform saved_;
+};
+
+} // namespace nv

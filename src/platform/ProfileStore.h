@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+namespace nv {
+
+// The profile-file services: [section] / key=value text files, CR LF, Windows-1252 on disk.
+// Strings in and out are UTF-8.
+class ProfileStore {
+public:
+    virtual ~ProfileStore() = default;
+    // Value of key in section, blanks and one pair of quotes stripped, at most size-1
+    // characters; fallback when the file, section or key is missing.
+    virtual std::string getString(const std::string& section, const std::string& key,
+                                  const std::string& fallback, std::size_t size,
+                                  const std::string& file) = 0;
+    // Replaces the key where it stands, or adds it at the end of its section (a new section at
+    // the end of the file). On disk when the call returns, unless a batch is open.
+    virtual bool writeString(const std::string& section, const std::string& key,
+                             const std::string& value, const std::string& file) = 0;
+    // Between begin and end, writes may be held and put on disk in one pass at the end; the file
+    // then holds exactly what the single writes would have left.
+    virtual void beginBatch() {}
+    virtual void endBatch() {}
+};
+
+// Holds the writes of one operation for a single pass to disk.
+class ProfileBatch {
+public:
+    explicit ProfileBatch(ProfileStore& store) : store_(store) { store_.beginBatch(); }
+    ~ProfileBatch() { store_.endBatch(); }
+    ProfileBatch(const ProfileBatch&) = delete;
+    ProfileBatch& operator=(const ProfileBatch&) = delete;
+
+private:
+    ProfileStore& store_;
+};
+
+} // namespace nv

@@ -1,0 +1,119 @@
+#include "platform/Wildcard.h"
+
+#include <cstdint>
+
+namespace nv {
+
+namespace {
+
+// Decodes UTF-8 into code points; a stray byte stands for itself.
+std::u32string decode(const std::string& s) {
+    std::u32string out;
+    out.reserve(s.size());
+    std::size_t i = 0;
+    while (i < s.size()) {
+        auto b = static_cast<unsigned char>(s[i]);
+        std::size_t extra = b >= 0xF0 ? 3 : b >= 0xE0 ? 2 : b >= 0xC0 ? 1 : 0;
+        char32_t cp = b & (0x3F >> extra);
+        bool ok = extra > 0 && i + extra < s.size();
+        for (std::size_t k = 1; ok && k <= extra; ++k) {
+            auto c = static_cast<unsigned char>(s[i + k]);
+            ok = (c & 0xC0) == 0x80;
+            cp = (cp << 6) | (c & 0x3F);
+        }
+        if (!ok) {
+            out.push_back(b);
+            ++i;
+            continue;
+        }
+        out.push_back(cp);
+        i += extra + 1;
+    }
+    return out;
+}
+
+char32_t upper(char32_t c) {
+    if (c >= 'a' && c <= 'z')
+        return c - 32;
+    // Latin-1 letters à..þ except ÷
+    if (c >= 0xE0 && c <= 0xFE && c != 0xF7)
+        return c - 32;
+    if (c == 0xFF)
+        return 0x178;
+    return c;
+}
+
+void encode(char32_t cp, std::string& out) {
+    if (cp < 0x80) {
+        out.push_back(static_cast<char>(cp));
+    } else if (cp < 0x800) {
+        out.push_back(static_cast<char>(0xC0 | (cp >> 6)));
+        out.push_back(static_cast<char>(0x80 | (cp & 0x3F)));
+    } else if (cp < 0x10000) {
+        out.push_back(static_cast<char>(0xE0 | (cp >> 12)));
+        out.push_back(static_cast<char>(0x80 | ((cp >> 6) & 0x3F)));
+        out.push_back(static_cast<char>(0x80 | (cp & 0x3F)));
+    } else {
+        out.push_back(static_cast<char>(0xF0 | (cp >> 18)));
+        out.push_back(static_cast<char>(0x80 | ((cp >> 12) & 0x3F)));
+        out.push_back(static_cast<char>(0x80 | ((cp >> 6) & 0x3F)));
+        out.push_back(static_cast<char>(0x80 | (cp & 0x3F)));
+    }
+}
+
+bool match(const std::u32string& p, std::size_t pi, const std::u32string& n, std::size_t ni) {
+    // Iterative match with one backtrack point for the last '*'.
+    std::size_t starP = std::u32string::npos, starN = 0;
+    while (ni < n.size()) {
+        if (pi < p.size() && (p[pi] == U'?' || upper(p[pi]) == upper(n[ni]))) {
+            ++pi;
+            ++ni;
+        } else if (pi < p.size() && p[pi] == U'*') {
+            starP = pi++;
+            starN = ni;
+        } else if (starP != std::u32string::npos) {
+            pi = starP + 1;
+            ni = ++starN;
+        } else {
+            return false;
+        }
+    }
+    while (pi < p.size() && p[pi] == U'*')
+        ++pi;
+    return pi == p.size();
+}
+
+} // namespace
+
+bool hasWildcards(const std::string& text) {
+    return text.find_first_of("*?") != std::string::npos;
+}
+
+bool wildcardMatch(const std::string& pattern, const std::string& name) {
+    if (pattern == "*.*" || pattern == "*")
+        return true;
+    std::u32string p = decode(pattern);
+    std::u32string n = decode(name);
+    // A pattern ending in a dot asks for names without an extension.
+    if (!p.empty() && p.back() == U'.') {
+        if (n.find(U'.') != std::u32string::npos)
+            return false;
+        p.pop_back();
+        return match(p, 0, n, 0);
+    }
+    return match(p, 0, n, 0);
+}
+
+std::string upperCase(const std::string& text) {
+    std::string out;
+    out.reserve(text.size());
+    for (char32_t c : decode(text))
+        encode(upper(c), out);
+    return out;
+}
+
+bool equalsIgnoringCase(const std::string& a, const std::string& b) {
+    return upperCase(a) == upperCase(b);
+}
+
+} // namespace nv

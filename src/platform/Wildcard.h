@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string>
+
+namespace nv {
+
+// Matches a file name against a pattern with * and ? in the home platform's sense, without
+// regard to case: "*.*" matches every name, also one without a dot; "*." names without a dot.
+bool wildcardMatch(const std::string& pattern, const std::string& name);
+bool hasWildcards(const std::string& text);
+
+// Upper case of ASCII and Latin-1 letters in UTF-8 text, for compares that ignore case.
+std::string upperCase(const std::string& text);
+bool equalsIgnoringCase(const std::string& a, const std::string& b);
+
+} // namespace nv

@@ -1,0 +1,251 @@
+#include "platform/posix/PosixFileSystem.h"
+
+#include "platform/FailureText.h"
+#include "platform/Wildcard.h"
+#include "platform/posix/NativePath.h"
+
+#include <atomic>
+#include <cerrno>
+#include <dirent.h>
+#include <fcntl.h>
+#include <memory>
+#include <stdio.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <vector>
+
+namespace nv {
+
+namespace {
+
+constexpr const char* kTempMark = ".nvtmp-";
+
+bool isHidden(const std::string& name) { return !name.empty() && name[0] == '.'; }
+
+bool isRegular(const std::string& folder, const dirent* entry) {
+    if (entry->d_type == DT_REG)
+        return true;
+    if (entry->d_type != DT_LNK && entry->d_type != DT_UNKNOWN)
+        return false;
+    struct stat st{};
+    std::string path = folder + "/" + entry->d_name;
+    return ::stat(path.c_str(), &st) == 0 && S_ISREG(st.st_mode);
+}
+
+struct Fd {
+    int fd = -1;
+    ~Fd() {
+        if (fd >= 0)
+            ::close(fd);
+    }
+};
+
+std::string parentOf(const std::string& native) {
+    std::size_t cut = native.find_last_of('/');
+    return cut == 0 ? "/" : native.substr(0, cut);
+}
+
+std::string baseOf(const std::string& native) { return native.substr(native.find_last_of('/') + 1); }
+
+void syncFolder(const std::string& folder) {
+    int fd = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (fd >= 0) {
+        ::fsync(fd);
+        ::close(fd);
+    }
+}
+
+// Plain files of a folder whose names match pattern, in the folder's order.
+std::vector<std::string> plainMatches(const std::string& folder, const std::string& pattern,
+                                      const std::string& drivePath, bool firstOnly) {
+    std::vector<std::string> names;
+    DIR* dir = ::opendir(folder.c_str());
+    if (!dir) {
+        if (errno == ENOENT || errno == ENOTDIR)
+            return names;
+        throwErrno(errno, drivePath);
+    }
+    std::string best;
+    while (dirent* entry = ::readdir(dir)) {
+        std::string name = entry->d_name;
+        if (isHidden(name) || !wildcardMatch(pattern, name) || !isRegular(folder, entry))
+            continue;
+        if (!firstOnly) {
+            names.push_back(name);
+        } else if (best.empty() || upperCase(name) < upperCase(best)) {
+            // The home platform lists names in order; keep the answer the same on any disk.
+            best = name;
+        }
+    }
+    ::closedir(dir);
+    if (firstOnly && !best.empty())
+        names.push_back(best);
+    return names;
+}
+
+// Writes source into a hidden temporary file beside destination, flushed, with the source's
+// permission bits and times, and renames it over destination.
+void copyNative(const std::string& source, const std::string& destination,
+                const std::string& drivePath) {
+    Fd in;
+    in.fd = ::open(source.c_str(), O_RDONLY | O_CLOEXEC);
+    if (in.fd < 0)
+        throwErrno(errno, drivePath);
+    struct stat st{};
+    if (::fstat(in.fd, &st) != 0)
+        throwErrno(errno, drivePath);
+    if (!S_ISREG(st.st_mode))
+        throw fileFailure(kFailAccessRefused);
+
+    static std::atomic<unsigned> counter{0};
+    std::string temp = parentOf(destination) + "/." + baseOf(destination) + kTempMark +
+                       std::to_string(::getpid()) + "-" + std::to_string(counter++);
+    Fd out;
+    out.fd = ::open(temp.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+    if (out.fd < 0)
+        throwErrno(errno, drivePath);
+
+    int err = copyBytes(in.fd, out.fd);
+    if (err == 0 && ::fchmod(out.fd, st.st_mode & 07775 & ~S_ISUID & ~S_ISGID) != 0)
+        err = errno;
+    struct timespec times[2] = {st.st_atim, st.st_mtim};
+    if (err == 0 && ::futimens(out.fd, times) != 0)
+        err = errno;
+    if (err == 0 && ::fsync(out.fd) != 0)
+        err = errno;
+    if (err == 0 && ::close(out.fd) != 0)
+        err = errno;
+    out.fd = -1;
+    if (err == 0 && ::rename(temp.c_str(), destination.c_str()) != 0)
+        err = errno;
+    if (err != 0) {
+        ::unlink(temp.c_str());
+        throwErrno(err, drivePath);
+    }
+}
+
+} // namespace
+
+bool isCopyTemporary(const std::string& name) {
+    return isHidden(name) && name.find(kTempMark) != std::string::npos;
+}
+
+int copyBytes(int from, int to) {
+    bool fast = true;
+    for (;;) {
+        if (fast) {
+            ssize_t n = ::copy_file_range(from, nullptr, to, nullptr, 1 << 30, 0);
+            if (n > 0)
+                continue;
+            if (n == 0)
+                return 0;
+            if (errno == EINTR)
+                continue;
+            if (errno != EXDEV && errno != ENOSYS && errno != EINVAL && errno != EOPNOTSUPP &&
+                errno != EBADF)
+                return errno;
+            fast = false; // this pair of file systems wants plain reads and writes
+        }
+        constexpr std::size_t kBuffer = 1 << 20;
+        static thread_local std::unique_ptr<char[]> buffer(new char[kBuffer]);
+        ssize_t n = ::read(from, buffer.get(), kBuffer);
+        if (n < 0) {
+            if (errno == EINTR)
+                continue;
+            return errno;
+        }
+        if (n == 0)
+            return 0;
+        for (ssize_t done = 0; done < n;) {
+            ssize_t w = ::write(to, buffer.get() + done, static_cast<std::size_t>(n - done));
+            if (w < 0) {
+                if (errno == EINTR)
+                    continue;
+                return errno;
+            }
+            done += w;
+        }
+    }
+}
+
+std::string PosixFileSystem::firstMatch(const std::string& spec) {
+    auto [folderPart, pattern] = splitLast(spec);
+    if (pattern.empty() || isHidden(pattern))
+        return "";
+    if (!hasWildcards(pattern)) {
+        std::string native = nativePath(drives_, spec);
+        struct stat st{};
+        if (::stat(native.c_str(), &st) != 0 || !S_ISREG(st.st_mode))
+            return "";
+        return baseOf(native);
+    }
+    std::string folder = nativePath(drives_, folderPart.size() == 2 ? folderPart + "\\" : folderPart);
+    auto names = plainMatches(folder, pattern, spec, true);
+    return names.empty() ? "" : names.front();
+}
+
+void PosixFileSystem::moveFile(const std::string& oldPath, const std::string& newPath) {
+    std::string from = nativePath(drives_, oldPath);
+    std::string to = nativePath(drives_, newPath);
+    struct stat st{};
+    if (::lstat(from.c_str(), &st) != 0)
+        throwErrno(errno, oldPath);
+    if (::lstat(to.c_str(), &st) == 0)
+        throw fileFailure(kFailAccessRefused);
+    // A hard link fails rather than replace, so a file that appeared meanwhile survives.
+    if (::link(from.c_str(), to.c_str()) == 0) {
+        ::unlink(from.c_str());
+        syncFolder(parentOf(to));
+        return;
+    }
+    if (errno != EXDEV && errno != EPERM && errno != EOPNOTSUPP)
+        throwErrno(errno, newPath);
+    copyNative(from, to, newPath);
+    if (::unlink(from.c_str()) != 0)
+        throwErrno(errno, oldPath);
+}
+
+void PosixFileSystem::copyFile(const std::string& source, const std::string& destination) {
+    copyNative(nativePath(drives_, source), nativePath(drives_, destination), destination);
+}
+
+void PosixFileSystem::deleteFile(const std::string& path) {
+    std::string native = nativePath(drives_, path);
+    struct stat st{};
+    if (::lstat(native.c_str(), &st) == 0 && S_ISDIR(st.st_mode))
+        throw fileFailure(kFailAccessRefused);
+    if (::unlink(native.c_str()) != 0)
+        throwErrno(errno, path);
+}
+
+void PosixFileSystem::makeFolder(const std::string& path) {
+    std::string native = nativePath(drives_, path);
+    if (::mkdir(native.c_str(), 0777) != 0)
+        throwErrno(errno, path);
+}
+
+void PosixFileSystem::deleteByPattern(const std::string& spec) {
+    auto [folderPart, pattern] = splitLast(spec);
+    std::string folder = nativePath(drives_, folderPart.size() == 2 ? folderPart + "\\" : folderPart);
+    auto names = plainMatches(folder, pattern, spec, false);
+    if (names.empty())
+        throw fileFailure(kFailPathNotFound);
+    for (const std::string& name : names)
+        if (::unlink((folder + "/" + name).c_str()) != 0)
+            throwErrno(errno, spec);
+    // Leftovers of an interrupted copy would keep the folder from going.
+    if (DIR* dir = ::opendir(folder.c_str())) {
+        while (dirent* entry = ::readdir(dir))
+            if (isCopyTemporary(entry->d_name))
+                ::unlink((folder + "/" + entry->d_name).c_str());
+        ::closedir(dir);
+    }
+}
+
+void PosixFileSystem::removeFolder(const std::string& path) {
+    std::string native = nativePath(drives_, path);
+    if (::rmdir(native.c_str()) != 0)
+        throwErrno(errno, path);
+}
+
+} // namespace nv

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "platform/ProfileStore.h"
+
+#include <memory>
+#include <mutex>
+#include <string>
+#include <unordered_map>
+
+namespace nv {
+
+// Profile files on Linux, laid out as the home platform lays them out. The parsed file stays in
+// memory while its size, times and inode are unchanged, and every store replaces the file
+// atomically through a hidden temporary file in the same folder.
+class PosixProfileStore : public ProfileStore {
+public:
+    PosixProfileStore();
+    ~PosixProfileStore() override;
+
+    std::string getString(const std::string& section, const std::string& key,
+                          const std::string& fallback, std::size_t size,
+                          const std::string& file) override;
+    bool writeString(const std::string& section, const std::string& key, const std::string& value,
+                     const std::string& file) override;
+    void beginBatch() override;
+    void endBatch() override;
+
+    struct Image;
+    struct Target;
+
+private:
+    Target locate(const std::string& file);
+    Image* current(const Target& target);
+    void forgetClean();
+
+    // Drive-form paths already turned into native ones, with the drive root they went through.
+    struct Resolved {
+        std::string native;
+        std::string root;
+    };
+
+    std::mutex mutex_;
+    int batchDepth_ = 0;
+    std::unordered_map<std::string, std::unique_ptr<Image>> images_;
+    std::unordered_map<std::string, Resolved> resolved_;
+};
+
+} // namespace nv

@@ -1,0 +1,219 @@
+#include "platform/win32/Win32FileSystem.h"
+
+#include "platform/FailureText.h"
+#include "platform/Wildcard.h"
+#include "platform/win32/Win32Text.h"
+
+#include <windows.h>
+
+#include <atomic>
+#include <string>
+#include <vector>
+
+namespace nv {
+
+using namespace win32;
+
+namespace {
+
+constexpr DWORD kNotPlain =
+    FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM;
+
+// No "insert a disk" box from the system while an empty drive is probed.
+class QuietDriveErrors {
+public:
+    QuietDriveErrors() { SetThreadErrorMode(SEM_FAILCRITICALERRORS, &saved_); }
+    ~QuietDriveErrors() { SetThreadErrorMode(saved_, nullptr); }
+    QuietDriveErrors(const QuietDriveErrors&) = delete;
+    QuietDriveErrors& operator=(const QuietDriveErrors&) = delete;
+
+private:
+    DWORD saved_ = 0;
+};
+
+class FindHandle {
+public:
+    explicit FindHandle(HANDLE h) : h_(h) {}
+    ~FindHandle() {
+        if (h_ != INVALID_HANDLE_VALUE)
+            FindClose(h_);
+    }
+    FindHandle(const FindHandle&) = delete;
+    FindHandle& operator=(const FindHandle&) = delete;
+    HANDLE get() const { return h_; }
+
+private:
+    HANDLE h_;
+};
+
+// A spec ending in a backslash asks for the folder's contents.
+std::wstring searchSpec(const std::string& spec) {
+    std::wstring wide = widePath(spec);
+    if (wide.back() == L'\\')
+        wide += L"*.*";
+    return wide;
+}
+
+// The folder part of a path, with its trailing backslash; "" for a bare name.
+std::wstring folderOf(const std::wstring& path) {
+    std::size_t cut = path.find_last_of(L'\\');
+    if (cut == std::wstring::npos)
+        return path.size() >= 2 && path[1] == L':' ? path.substr(0, 2) : std::wstring();
+    return path.substr(0, cut + 1);
+}
+
+// Bare names of the plain files that match spec, in directory order; at most one if first.
+std::vector<std::wstring> plainMatches(const std::wstring& spec, bool first) {
+    QuietDriveErrors quiet;
+    std::vector<std::wstring> names;
+    WIN32_FIND_DATAW data;
+    FindHandle find(
+        FindFirstFileExW(spec.c_str(), FindExInfoBasic, &data, FindExSearchNameMatch, nullptr, 0));
+    std::wstring folder = folderOf(spec);
+    if (find.get() == INVALID_HANDLE_VALUE) {
+        DWORD error = GetLastError();
+        FileFailure failure = failureFor(error, spec);
+        if (failure.Number == kFailPathNotFound)
+            return names;
+        // Wine calls a search below a plain file a bad name; it is a folder that is not there.
+        if (failure.Number == kFailBadFileName && !folder.empty()) {
+            DWORD attributes = GetFileAttributesW(folder.c_str());
+            if (attributes == INVALID_FILE_ATTRIBUTES || !(attributes & FILE_ATTRIBUTE_DIRECTORY))
+                return names;
+        }
+        throw failure;
+    }
+    // The system also matches a pattern against 8.3 short names ("*.txt" finds "a.txtx"), and
+    // Wine takes "*." for "*"; the long name decides, as on the Linux build.
+    std::string pattern = utf8FromWide(spec.substr(folder.size()));
+    bool wildcards = hasWildcards(pattern);
+    do {
+        if ((data.dwFileAttributes & kNotPlain) == 0 &&
+            (!wildcards || wildcardMatch(pattern, utf8FromWide(data.cFileName)))) {
+            names.emplace_back(data.cFileName);
+            if (first)
+                break;
+        }
+    } while (FindNextFileW(find.get(), &data));
+    return names;
+}
+
+// Hidden by its leading dot and marked as ours, like the copies of the Linux build.
+std::wstring temporaryName(const std::wstring& destination) {
+    static std::atomic<unsigned> counter{0};
+    std::size_t cut = destination.find_last_of(L"\\:");
+    std::wstring folder =
+        cut == std::wstring::npos ? std::wstring() : destination.substr(0, cut + 1);
+    std::wstring base = cut == std::wstring::npos ? destination : destination.substr(cut + 1);
+    return folder + L"." + base + L".nvtmp-" + std::to_wstring(GetCurrentProcessId()) + L"-" +
+           std::to_wstring(counter++);
+}
+
+void discard(const std::wstring& path) {
+    SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
+    DeleteFileW(path.c_str());
+}
+
+} // namespace
+
+std::string Win32FileSystem::firstMatch(const std::string& spec) {
+    if (spec.empty())
+        return {};
+    std::vector<std::wstring> names = plainMatches(searchSpec(spec), true);
+    return names.empty() ? std::string() : utf8FromWide(names.front());
+}
+
+void Win32FileSystem::moveFile(const std::string& oldPath, const std::string& newPath) {
+    std::wstring from = widePath(oldPath);
+    std::wstring to = widePath(newPath);
+    if (!MoveFileExW(from.c_str(), to.c_str(), MOVEFILE_COPY_ALLOWED | MOVEFILE_WRITE_THROUGH)) {
+        DWORD error = GetLastError();
+        throwFailure(error, driveMissing(to) ? to : from);
+    }
+}
+
+void Win32FileSystem::copyFile(const std::string& source, const std::string& destination) {
+    std::wstring from = widePath(source);
+    std::wstring to = widePath(destination);
+    QuietDriveErrors quiet;
+
+    DWORD attributes = GetFileAttributesW(from.c_str());
+    if (attributes == INVALID_FILE_ATTRIBUTES)
+        throwFailure(GetLastError(), from);
+
+    std::wstring temp;
+    for (int attempt = 0;; ++attempt) {
+        temp = temporaryName(to);
+        if (CopyFileExW(from.c_str(), temp.c_str(), nullptr, nullptr, nullptr,
+                        COPY_FILE_FAIL_IF_EXISTS))
+            break;
+        DWORD error = GetLastError();
+        DeleteFileW(temp.c_str());
+        if ((error != ERROR_FILE_EXISTS && error != ERROR_ALREADY_EXISTS) || attempt == 10)
+            throwFailure(error, driveMissing(to) ? to : from);
+    }
+
+    // Hidden and writable while it is flushed; the rename then puts it in place whole.
+    DWORD error = ERROR_SUCCESS;
+    FILETIME written{};
+    HANDLE h = INVALID_HANDLE_VALUE;
+    if (!SetFileAttributesW(temp.c_str(),
+                            (attributes & ~FILE_ATTRIBUTE_READONLY) | FILE_ATTRIBUTE_HIDDEN)) {
+        error = GetLastError();
+    } else {
+        h = CreateFileW(temp.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING,
+                        FILE_ATTRIBUTE_NORMAL, nullptr);
+        if (h == INVALID_HANDLE_VALUE)
+            error = GetLastError();
+    }
+    if (h != INVALID_HANDLE_VALUE) {
+        // The copy already carries the source's time; flushing must not move it.
+        if (!GetFileTime(h, nullptr, nullptr, &written) || !FlushFileBuffers(h) ||
+            !SetFileTime(h, nullptr, nullptr, &written))
+            error = GetLastError();
+        CloseHandle(h);
+    }
+    if (error == ERROR_SUCCESS &&
+        !MoveFileExW(temp.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
+        error = GetLastError();
+    if (error != ERROR_SUCCESS) {
+        discard(temp);
+        throwFailure(error, to);
+    }
+    if (!SetFileAttributesW(to.c_str(), attributes))
+        throwFailure(GetLastError(), to);
+}
+
+void Win32FileSystem::deleteFile(const std::string& path) {
+    std::wstring wide = widePath(path);
+    if (!DeleteFileW(wide.c_str()))
+        throwFailure(GetLastError(), wide);
+}
+
+void Win32FileSystem::makeFolder(const std::string& path) {
+    std::wstring wide = widePath(path);
+    QuietDriveErrors quiet;
+    if (!CreateDirectoryW(wide.c_str(), nullptr))
+        throwFailure(GetLastError(), wide);
+}
+
+void Win32FileSystem::deleteByPattern(const std::string& spec) {
+    std::wstring wide = searchSpec(spec);
+    std::vector<std::wstring> names = plainMatches(wide, false);
+    if (names.empty())
+        throw failureFor(ERROR_FILE_NOT_FOUND, wide);
+    std::wstring folder = folderOf(wide);
+    for (const std::wstring& name : names) {
+        std::wstring path = folder + name;
+        if (!DeleteFileW(path.c_str()))
+            throwFailure(GetLastError(), path);
+    }
+}
+
+void Win32FileSystem::removeFolder(const std::string& path) {
+    std::wstring wide = widePath(path);
+    if (!RemoveDirectoryW(wide.c_str()))
+        throwFailure(GetLastError(), wide);
+}
+
+} // namespace nv

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "platform/FileFailure.h"
+
+#include <string>
+
+namespace nv::win32 {
+
+// nvcore strings are UTF-8; the W functions take UTF-16 and the A functions the ANSI code page.
+std::wstring wideFromUtf8(const std::string& text);
+std::string utf8FromWide(const std::wstring& text);
+std::string ansiFromUtf8(const std::string& text);
+std::string utf8FromAnsi(const std::string& text);
+
+// A drive-form path as the W functions take it: '/' becomes '\'. Empty is a bad name (52).
+std::wstring widePath(const std::string& drivePath);
+
+// The failure number of a Windows error code.
+int32_t failureNumber(unsigned long error);
+// The failure for an error of an operation on path: a "not found" on a drive that does not
+// exist is an unavailable device (68).
+FileFailure failureFor(unsigned long error, const std::wstring& path);
+[[noreturn]] void throwFailure(unsigned long error, const std::wstring& path);
+
+// True when path starts with a drive letter that this machine does not have.
+bool driveMissing(const std::wstring& path);
+
+} // namespace nv::win32

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string>
+
+namespace nv {
+
+// The file operations of the logic, on drive-form paths, through the platform; each failure
+// throws FileFailure.
+std::string fFirstMatch(const std::string& spec);
+bool fPlainFileExists(const std::string& spec);
+void subMoveFile(const std::string& oldPath, const std::string& newPath);
+void subCopyFile(const std::string& source, const std::string& destination);
+void subDeleteFile(const std::string& path);
+void subMakeFolder(const std::string& path);
+void subDeleteByPattern(const std::string& spec);
+void subRemoveFolder(const std::string& path);
+
+} // namespace nv

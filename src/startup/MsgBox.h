@@ -1,0 +1,14 @@
+#pragma once
+
+#include "platform/MessageBoxes.h"
+
+#include <string>
+
+namespace nv {
+
+// Shows a modal box through the platform; a box without a title of its own bears the
+// application's title.
+Answer MsgBox(const std::string& prompt, Buttons buttons = Buttons::OK, Icon icon = Icon::None,
+              DefaultButton defaultButton = DefaultButton::First, const std::string& title = "");
+
+} // namespace nv

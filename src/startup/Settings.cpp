@@ -1,0 +1,68 @@
+#include "startup/Settings.h"
+
+#include "platform/Platform.h"
+#include "startup/AppSettings.h"
+
+#include <cerrno>
+#include <cstdlib>
+
+namespace nv {
+
+const char* const kIniFileName = "NVbackuptool.ini";
+const char* const kSectionBasic = "Basic settings";
+const char* const kSectionFiles = "Backupfiles";
+const char* const kRowKeyPrefix = "BackUpfile";
+
+std::string fReadIni(const std::string& path, const std::string& section, const std::string& key,
+                     const std::string& fallback) {
+    // The platform call gets a 256-character buffer and is told 255, so 254 characters come back.
+    return platform().profiles->getString(section, key, fallback, 255, path);
+}
+
+void subWriteIni(const std::string& path, const std::string& section, const std::string& key,
+                 std::string& value) {
+    for (char& c : value)
+        if (c == '\r' || c == '\n')
+            c = ' ';
+    platform().profiles->writeString(section, key, value, path);
+}
+
+void subWriteIni(const std::string& path, const std::string& section, const std::string& key,
+                 const std::string& value) {
+    std::string copy = value;
+    subWriteIni(path, section, key, copy);
+}
+
+std::string fIniValue(const std::string& section, const std::string& key,
+                      const std::string& fallback, const std::string& file) {
+    std::string target = file.empty() ? AppSettings.strIniFile : AppSettings.strAppDir + file;
+    std::string result = fReadIni(target, section, key, "?");
+    if (result == "?") {
+        result = fallback;
+        subWriteIni(target, section, key, result);
+    }
+    return result;
+}
+
+std::string rowKey(int row) { return kRowKeyPrefix + std::to_string(row); }
+
+bool parseWholeNumber(const std::string& text, long minimum, long maximum, long& out) {
+    std::size_t begin = text.find_first_not_of(" \t");
+    std::size_t end = text.find_last_not_of(" \t");
+    if (begin == std::string::npos)
+        return false;
+    std::string digits = text.substr(begin, end - begin + 1);
+    std::size_t i = digits[0] == '-' || digits[0] == '+' ? 1 : 0;
+    if (i == digits.size() || digits.size() > 12)
+        return false;
+    for (std::size_t k = i; k < digits.size(); ++k)
+        if (digits[k] < '0' || digits[k] > '9')
+            return false;
+    long value = std::strtol(digits.c_str(), nullptr, 10);
+    if (value < minimum || value > maximum)
+        return false;
+    out = value;
+    return true;
+}
+
+} // namespace nv

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <string>
+
+namespace nv {
+
+extern const char* const kIniFileName;
+extern const char* const kSectionBasic;
+extern const char* const kSectionFiles;
+extern const char* const kRowKeyPrefix;
+
+// The value of key in section of the settings file at path, or fallback.
+std::string fReadIni(const std::string& path, const std::string& section, const std::string& key,
+                     const std::string& fallback);
+
+// Stores value; CR and LF in it become blanks, in the caller's own string. Failures go unnoticed.
+void subWriteIni(const std::string& path, const std::string& section, const std::string& key,
+                 std::string& value);
+void subWriteIni(const std::string& path, const std::string& section, const std::string& key,
+                 const std::string& value);
+
+// The value the program works with: a missing key (or one holding exactly "?") takes fallback,
+// which is stored at once. An empty file means the settings file; any other name is joined to
+// the production folder.
+std::string fIniValue(const std::string& section, const std::string& key,
+                      const std::string& fallback, const std::string& file);
+
+// "BackUpfile" + n.
+std::string rowKey(int row);
+
+// Conversions of hand-editable texts; a text that is no number in range gives nothing.
+bool parseWholeNumber(const std::string& text, long minimum, long maximum, long& out);
+
+} // namespace nv

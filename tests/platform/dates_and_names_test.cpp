@@ -1,0 +1,33 @@
+#include "platform/DateText.h"
+#include "platform/Wildcard.h"
+
+#include <gtest/gtest.h>
+
+using namespace nv;
+
+TEST(DateText, TheSettingsDateSurvivesTheRoundTripAndOtherFormsAreRead) {
+    Date d = dateFromCivil({2026, 11, 17});
+    EXPECT_EQ(shortDateText(d), "17-11-2026");
+    EXPECT_EQ(isoDateText(d), "2026-11-17");
+    EXPECT_EQ(parseShortDate("17-11-2026"), d);
+    EXPECT_EQ(parseShortDate("17/11/2026"), d);
+    EXPECT_EQ(parseShortDate("2026-11-17"), d);
+    EXPECT_EQ(parseShortDate("1-2-2027"), dateFromCivil({2027, 2, 1}));
+    EXPECT_EQ(parseShortDate("29-02-2028"), dateFromCivil({2028, 2, 29}));
+    for (const char* bad : {"", "gisteren", "31-02-2026", "17-13-2026", "17-11-26", "17-11-2026x",
+                            " 17-11-2026", "17-11/2026", "2026/11/17"})
+        EXPECT_FALSE(parseShortDate(bad).has_value()) << bad;
+}
+
+TEST(Wildcards, KeepTheHomePlatformMeaning) {
+    EXPECT_TRUE(wildcardMatch("*.*", "README"));
+    EXPECT_TRUE(wildcardMatch("*.*", "a.b.c"));
+    EXPECT_TRUE(wildcardMatch("*.", "README"));
+    EXPECT_FALSE(wildcardMatch("*.", "NV.ini"));
+    EXPECT_TRUE(wildcardMatch("*.MDB", "nv_ledger01.mdb"));
+    EXPECT_TRUE(wildcardMatch("NV_?edger*.mdb", "NV_Ledger01.mdb"));
+    EXPECT_FALSE(wildcardMatch("NV_?edger*.mdb", "NV_Ledger01.mdbx"));
+    EXPECT_TRUE(wildcardMatch("kopiëren.TXT", "KOPIËREN.txt"));
+    EXPECT_EQ(upperCase("Backupé"), "BACKUPÉ");
+    EXPECT_TRUE(equalsIgnoringCase("C:\\Program Files", "c:\\PROGRAM FILES"));
+}

@@ -1,0 +1,272 @@
+// The settings file on Linux: what the cache, the atomic replace and the failure paths must
+// hold when the disk or another process does not play along.
+
+#include "platform/Platform.h"
+#include "support/TempFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <fcntl.h>
+#include <filesystem>
+#include <random>
+#include <sched.h>
+#include <signal.h>
+#include <string>
+#include <sys/mount.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+#include <vector>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+nv::ProfileStore& store() {
+    return *nv::nativePlatform().profiles;
+}
+
+std::string get(const std::string& section, const std::string& key, const std::string& file) {
+    return store().getString(section, key, "?", 255, file);
+}
+
+// Names in a folder other than the given one.
+std::vector<std::string> othersIn(const fs::path& folder, const std::string& except) {
+    std::vector<std::string> names;
+    for (const auto& entry : fs::directory_iterator(folder))
+        if (entry.path().filename() != except)
+            names.push_back(entry.path().filename().string());
+    return names;
+}
+
+// Root ignores permission bits, so it gets its faults from mounts of its own, in a mount
+// namespace of this process that the rest of the machine does not see.
+bool privateMounts() {
+    static const bool ok = ::geteuid() == 0 && ::unshare(CLONE_NEWNS) == 0 &&
+                           ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
+    return ok;
+}
+
+struct Mount {
+    std::string point;
+    ~Mount() {
+        if (!point.empty())
+            ::umount2(point.c_str(), MNT_DETACH);
+    }
+};
+
+TEST(ProfilePosix, CacheSeesEditsFromOutside) {
+    nvtest::TempFolder dir;
+    std::string ini = dir.drive("NVbackuptool.ini");
+    fs::path native = dir.native("NVbackuptool.ini");
+
+    // Rewritten in place, same size, with its old time stamp put back: at once, and again
+    // after the file has aged past the coarse clock that stamps it.
+    auto rewrite = [&](const std::string& letter) {
+        auto stamp = fs::last_write_time(native);
+        dir.write("NVbackuptool.ini", "[Basic settings]\r\nDriveTarget=" + letter + "\r\n");
+        fs::last_write_time(native, stamp);
+    };
+    dir.write("NVbackuptool.ini", "[Basic settings]\r\nDriveTarget=E:\r\n");
+    EXPECT_EQ(get("Basic settings", "DriveTarget", ini), "E:");
+    rewrite("F:");
+    EXPECT_EQ(get("Basic settings", "DriveTarget", ini), "F:");
+    std::this_thread::sleep_for(std::chrono::milliseconds(120));
+    EXPECT_EQ(get("Basic settings", "DriveTarget", ini), "F:");
+    rewrite("G:");
+    EXPECT_EQ(get("Basic settings", "DriveTarget", ini), "G:");
+
+    // Replaced by another file of the same size and time, as a restore of a backup does.
+    dir.write("other.ini", "[Basic settings]\r\nDriveTarget=H:\r\n");
+    fs::last_write_time(dir.native("other.ini"), fs::last_write_time(native));
+    fs::rename(dir.native("other.ini"), native);
+    EXPECT_EQ(get("Basic settings", "DriveTarget", ini), "H:");
+
+    // Taken away, and the store's own writes afterwards.
+    fs::remove(native);
+    EXPECT_EQ(get("Basic settings", "DriveTarget", ini), "?");
+    EXPECT_TRUE(store().writeString("Basic settings", "DriveTarget", "E:", ini));
+    EXPECT_EQ(dir.read("NVbackuptool.ini"), "[Basic settings]\r\nDriveTarget=E:\r\n");
+}
+
+TEST(ProfilePosix, ReplaceKeepsPermissionsAndLeavesNoTemporaryFile) {
+    nvtest::TempFolder dir;
+    std::string ini = dir.drive("NVbackuptool.ini");
+    fs::path native = dir.native("NVbackuptool.ini");
+
+    mode_t mask = ::umask(022);
+    EXPECT_TRUE(store().writeString("Basic settings", "AantalFiles", "0", ini));
+    ::umask(mask);
+    EXPECT_EQ(fs::status(native).permissions(), fs::perms(0644));
+
+    fs::permissions(native, fs::perms(0640));
+    EXPECT_TRUE(store().writeString("Basic settings", "AantalFiles", "1", ini));
+    EXPECT_EQ(fs::status(native).permissions(), fs::perms(0640));
+    EXPECT_TRUE(othersIn(dir.native(), "NVbackuptool.ini").empty());
+}
+
+TEST(ProfilePosix, FailedStoreLeavesTheFileAsItWas) {
+    nvtest::TempFolder dir;
+    const std::string before = "[Basic settings]\r\nDriveTarget=E:\r\n";
+
+    // A read-only file: refused even for root, as on the home platform.
+    dir.write("NVbackuptool.ini", before);
+    std::string ini = dir.drive("NVbackuptool.ini");
+    EXPECT_EQ(get("Basic settings", "DriveTarget", ini), "E:");
+    fs::permissions(dir.native("NVbackuptool.ini"), fs::perms(0444));
+    EXPECT_FALSE(store().writeString("Basic settings", "DriveTarget", "F:", ini));
+    EXPECT_FALSE(store().writeString("Basic settings", "Directory", "1", ini));
+    {
+        nv::ProfileBatch batch(store());
+        EXPECT_FALSE(store().writeString("Basic settings", "DriveTarget", "G:", ini));
+    }
+    EXPECT_EQ(dir.read("NVbackuptool.ini"), before);
+    EXPECT_EQ(get("Basic settings", "DriveTarget", ini), "E:");
+    EXPECT_EQ(get("Basic settings", "Directory", ini), "?");
+
+    // A read-only folder, with the file in it and with a file still to be made.
+    dir.write("ro/NVbackuptool.ini", before);
+    std::string inFolder = dir.drive("ro\\NVbackuptool.ini");
+    std::string newFile = dir.drive("ro\\new.ini");
+    EXPECT_EQ(get("Basic settings", "DriveTarget", inFolder), "E:");
+    Mount readOnly;
+    if (::geteuid() == 0) {
+        std::string point = dir.native("ro").string();
+        if (!privateMounts() ||
+            ::mount(point.c_str(), point.c_str(), nullptr, MS_BIND, nullptr) != 0)
+            GTEST_SKIP() << "root without mounts of its own: no read-only folder to test with";
+        readOnly.point = point;
+        ASSERT_EQ(
+            ::mount(nullptr, point.c_str(), nullptr, MS_REMOUNT | MS_BIND | MS_RDONLY, nullptr), 0);
+    } else {
+        fs::permissions(dir.native("ro"), fs::perms(0555));
+    }
+    EXPECT_FALSE(store().writeString("Basic settings", "DriveTarget", "F:", inFolder));
+    EXPECT_FALSE(store().writeString("Basic settings", "DriveTarget", "F:", newFile));
+    EXPECT_EQ(dir.read("ro/NVbackuptool.ini"), before);
+    EXPECT_EQ(get("Basic settings", "DriveTarget", inFolder), "E:");
+    EXPECT_EQ(get("Basic settings", "DriveTarget", newFile), "?");
+    EXPECT_EQ(othersIn(dir.native("ro"), "NVbackuptool.ini"), std::vector<std::string>{});
+}
+
+TEST(ProfilePosix, FullDiskLeavesTheFileAsItWas) {
+    if (!privateMounts())
+        GTEST_SKIP() << "a full disk needs a small file system of its own, which needs root";
+    nvtest::TempFolder dir;
+    fs::create_directories(dir.native("stick"));
+    std::string point = dir.native("stick").string();
+    Mount full;
+    ASSERT_EQ(::mount("tmpfs", point.c_str(), "tmpfs", 0, "size=64k"), 0);
+    full.point = point;
+
+    std::string ini = dir.drive("stick\\NVbackuptool.ini");
+    ASSERT_TRUE(store().writeString("Basic settings", "DriveTarget", "E:", ini));
+    const std::string before = dir.read("stick/NVbackuptool.ini");
+    {
+        int fd = ::open((point + "/filler").c_str(), O_WRONLY | O_CREAT, 0644);
+        ASSERT_GE(fd, 0);
+        std::string block(4096, 'x');
+        while (::write(fd, block.data(), block.size()) > 0) {
+        }
+        ::close(fd);
+    }
+    EXPECT_FALSE(store().writeString("Basic settings", "DriveTarget", "F:", ini));
+    {
+        nv::ProfileBatch batch(store());
+        EXPECT_TRUE(store().writeString("Basic settings", "Directory", "1", ini));
+    }
+    EXPECT_EQ(dir.read("stick/NVbackuptool.ini"), before);
+    EXPECT_EQ(get("Basic settings", "DriveTarget", ini), "E:");
+    EXPECT_EQ(get("Basic settings", "Directory", ini), "?");
+    EXPECT_EQ(othersIn(point, "NVbackuptool.ini"), std::vector<std::string>{"filler"});
+}
+
+TEST(ProfilePosix, DamagedFilesAreReadAndKept) {
+    nvtest::TempFolder dir;
+    std::mt19937 random(1252);
+    std::string noise;
+    for (int i = 0; i < 20000; ++i)
+        noise += static_cast<char>(random() % 256);
+    const std::vector<std::string> damaged = {
+        "",
+        std::string(4096, '\0'),
+        noise,
+        "[Basic settings\r\n=\r\n[]\r\n[\r\n]=]\r\n\r\r\n",
+        std::string("[Basic settings]\r\nDriveTarget=E:\0F:\r\n", 35),
+    };
+    for (std::size_t i = 0; i < damaged.size(); ++i) {
+        SCOPED_TRACE(i);
+        std::string name = "damaged" + std::to_string(i) + ".ini";
+        std::string ini = dir.drive(name);
+        dir.write(name, damaged[i]);
+        std::string value = get("Basic settings", "DriveTarget", ini);
+        EXPECT_TRUE(value == "?" || value == "E:") << value;
+
+        // A store adds to the end of the file and keeps the bytes it does not understand.
+        EXPECT_TRUE(store().writeString("Basic settings", "Directory", "1", ini));
+        std::string after = dir.read(name);
+        std::string kept = damaged[i];
+        if (!kept.empty() && kept.back() != '\n')
+            kept += "\r\n";
+        EXPECT_EQ(after.compare(0, kept.size(), kept), 0);
+        EXPECT_NE(after.find("Directory=1\r\n", kept.size()), std::string::npos);
+        EXPECT_EQ(get("Basic settings", "Directory", ini), "1");
+    }
+
+    // A folder where the file should be.
+    fs::create_directories(dir.native("folder.ini"));
+    EXPECT_EQ(get("Basic settings", "DriveTarget", dir.drive("folder.ini")), "?");
+    EXPECT_FALSE(
+        store().writeString("Basic settings", "DriveTarget", "E:", dir.drive("folder.ini")));
+}
+
+TEST(ProfilePosix, KilledWriterLeavesTheOldOrTheNewFile) {
+    nvtest::TempFolder dir;
+    std::string ini = dir.drive("NVbackuptool.ini");
+    const int rows = 3000;
+    auto fill = [&](const std::string& stem) {
+        nv::ProfileBatch batch(store());
+        store().writeString("Basic settings", "AantalFiles", std::to_string(rows), ini);
+        for (int n = 1; n <= rows; ++n)
+            store().writeString("Backupfiles", "BackUpfile" + std::to_string(n),
+                                "C:\\Data\\" + stem + std::to_string(n) + ".mdb", ini);
+    };
+    fill("new");
+    const std::string second = dir.read("NVbackuptool.ini");
+    fill("old");
+    const std::string first = dir.read("NVbackuptool.ini");
+    ASSERT_NE(first, second);
+
+    std::mt19937 random(75);
+    int leftovers = 0;
+    for (int round = 0; round < 50; ++round) {
+        SCOPED_TRACE(round);
+        pid_t child = ::fork();
+        ASSERT_GE(child, 0);
+        if (child == 0) {
+            for (int n = 0;; ++n)
+                fill(n % 2 == 0 ? "new" : "old");
+        }
+        std::this_thread::sleep_for(std::chrono::microseconds(random() % 40000));
+        ::kill(child, SIGKILL);
+        int status = 0;
+        ::waitpid(child, &status, 0);
+
+        std::string now = dir.read("NVbackuptool.ini");
+        EXPECT_TRUE(now == first || now == second) << now.size() << " bytes";
+        std::string row = get("Backupfiles", "BackUpfile" + std::to_string(rows), ini);
+        EXPECT_TRUE(row == "C:\\Data\\old3000.mdb" || row == "C:\\Data\\new3000.mdb") << row;
+        // Whatever the kill left behind is hidden, so nothing takes it for a settings file.
+        for (const std::string& name : othersIn(dir.native(), "NVbackuptool.ini")) {
+            EXPECT_EQ(name.rfind(".NVbackuptool.ini.", 0), 0u) << name;
+            ++leftovers;
+        }
+        EXPECT_EQ(nv::nativePlatform().files->firstMatch(dir.drive("*.*")), "NVbackuptool.ini");
+    }
+    // The next store clears what crashed runs left.
+    EXPECT_TRUE(store().writeString("Basic settings", "AantalFiles", "1", ini));
+    EXPECT_TRUE(othersIn(dir.native(), "NVbackuptool.ini").empty()) << leftovers << " left";
+}
+
+} // namespace

@@ -1,0 +1,181 @@
+// The profile-file services as the settings file meets them. The same tests run against the
+// home platform's own services, so the expected bytes are what that platform writes.
+
+#include "platform/Platform.h"
+#include "support/TempFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace {
+
+class Profile : public ::testing::Test {
+protected:
+    nv::ProfileStore& store = *nv::nativePlatform().profiles;
+    nvtest::TempFolder dir;
+    std::string ini = dir.drive("NVbackuptool.ini");
+
+    std::string get(const std::string& section, const std::string& key, const std::string& file) {
+        return store.getString(section, key, "?", 255, file);
+    }
+    std::string get(const std::string& section, const std::string& key) {
+        return get(section, key, ini);
+    }
+};
+
+TEST_F(Profile, ReadsValuesWithoutCaseBlanksOrQuotes) {
+    std::string longPath = "C:\\" + std::string(296, 'x') + ".mdb";
+    dir.write("NVbackuptool.ini", "[Basic settings]\r\n"
+                                  "AantalFiles=9\r\n"
+                                  "dirfrom= \t C:\\Data\\Norvale\\ \t\r\n"
+                                  "DriveTarget=\r\n"
+                                  "LastBackup=  \"17-11-2026\"  \r\n"
+                                  "Directory='1'\r\n"
+                                  "Marker=?\r\n"
+                                  "Asked=?no\r\n"
+                                  "[BACKUPFILES]\r\n"
+                                  "backupfile1=" +
+                                      longPath + "\r\n");
+    EXPECT_EQ(get("basic SETTINGS", "aantalfiles"), "9");
+    EXPECT_EQ(get("Basic settings", "dirfrom"), "C:\\Data\\Norvale\\");
+    EXPECT_EQ(get("Basic settings", "DriveTarget"), ""); // present but empty: not the fallback
+    EXPECT_EQ(get("Basic settings", "LastBackup"), "17-11-2026");
+    EXPECT_EQ(get("Basic settings", "Directory"), "1");
+    EXPECT_EQ(get("Basic settings", "Marker"), "?");
+    EXPECT_EQ(get("Basic settings", "Asked"), "?no");
+    EXPECT_EQ(get("Backupfiles", "BackUpfile1"), longPath.substr(0, 254));
+    EXPECT_EQ(store.getString("Backupfiles", "BackUpfile1", "?", 11, ini), "C:\\xxxxxxx");
+
+    EXPECT_EQ(get("Basic settings", "Missing"), "?");
+    EXPECT_EQ(get("No such section", "AantalFiles"), "?");
+    EXPECT_EQ(store.getString("Basic settings", "AantalFiles", "-1", 255, dir.drive("Nowhere.ini")),
+              "-1");
+    EXPECT_FALSE(dir.exists("Nowhere.ini"));
+
+    // A file written elsewhere with bare LF line ends.
+    dir.write("lf.ini", "[Backupfiles]\nBackUpfile1=C:\\a.mdb\nBackUpfile2=C:\\b.mdb\n");
+    EXPECT_EQ(get("Backupfiles", "BackUpfile2", dir.drive("lf.ini")), "C:\\b.mdb");
+}
+
+TEST_F(Profile, WritesInPlaceAndAppendsWhereTheHomePlatformDoes) {
+    dir.write("NVbackuptool.ini", "[Basic settings]\r\n"
+                                  "AantalFiles=9\r\n"
+                                  "; kept as it is\r\n"
+                                  "[backupfiles]\r\n"
+                                  "BACKUPFILE1=C:\\old.mdb\r\n");
+    // The key keeps its letters, a new key goes to the end of its own section, blank and
+    // empty values stay as they are, a new section goes to the end of the file.
+    EXPECT_TRUE(store.writeString("Backupfiles", "BackUpfile1", "C:\\new.mdb", ini));
+    EXPECT_TRUE(store.writeString("BASIC SETTINGS", "DriveTarget", "E:", ini));
+    EXPECT_TRUE(store.writeString("Backupfiles", "BackUpfile2", " ", ini));
+    EXPECT_TRUE(store.writeString("Backupfiles", "BackUpfile3", "", ini));
+    EXPECT_TRUE(store.writeString("Extra", "Key", "Value", ini));
+    EXPECT_EQ(dir.read("NVbackuptool.ini"), "[Basic settings]\r\n"
+                                            "AantalFiles=9\r\n"
+                                            "; kept as it is\r\n"
+                                            "DriveTarget=E:\r\n"
+                                            "[backupfiles]\r\n"
+                                            "BACKUPFILE1=C:\\new.mdb\r\n"
+                                            "BackUpfile2= \r\n"
+                                            "BackUpfile3=\r\n"
+                                            "[Extra]\r\n"
+                                            "Key=Value\r\n");
+    EXPECT_EQ(get("Backupfiles", "BackUpfile2"), "");
+    EXPECT_EQ(get("Backupfiles", "BackUpfile3"), "");
+    EXPECT_EQ(get("backupfiles", "backupfile1"), "C:\\new.mdb");
+}
+
+TEST_F(Profile, NewKeyGoesBeforeTheBlankLinesThatEndItsSection) {
+    dir.write("NVbackuptool.ini", "[Basic settings]\r\n"
+                                  "AantalFiles=1\r\n"
+                                  "\r\n"
+                                  "[Backupfiles]\r\n"
+                                  "BackUpfile1=C:\\a.mdb\r\n");
+    EXPECT_TRUE(store.writeString("Basic settings", "Directory", "0", ini));
+    EXPECT_EQ(dir.read("NVbackuptool.ini"), "[Basic settings]\r\n"
+                                            "AantalFiles=1\r\n"
+                                            "Directory=0\r\n"
+                                            "\r\n"
+                                            "[Backupfiles]\r\n"
+                                            "BackUpfile1=C:\\a.mdb\r\n");
+}
+
+TEST_F(Profile, CreatesTheFileInWindows1252) {
+    EXPECT_TRUE(store.writeString("Basic settings", "AantalFiles", "0", ini));
+    EXPECT_EQ(dir.read("NVbackuptool.ini"), "[Basic settings]\r\nAantalFiles=0\r\n");
+
+    // é and € have a byte of their own in the code page, a Chinese character has none.
+    EXPECT_TRUE(store.writeString("Basic settings", "dirfrom",
+                                  "C:\\Donn\xC3\xA9"
+                                  "es\\\xE2\x82\xAC\\\xE4\xB8\xAD",
+                                  ini));
+    EXPECT_EQ(dir.read("NVbackuptool.ini"),
+              "[Basic settings]\r\nAantalFiles=0\r\ndirfrom=C:\\Donn\xE9"
+              "es\\\x80\\?\r\n");
+    EXPECT_EQ(get("Basic settings", "dirfrom"), "C:\\Donn\xC3\xA9"
+                                                "es\\\xE2\x82\xAC\\?");
+
+    // No folder to put it in: the store fails and nothing is there afterwards.
+    std::string lost = dir.drive("Missing\\NVbackuptool.ini");
+    EXPECT_FALSE(store.writeString("Basic settings", "AantalFiles", "0", lost));
+    EXPECT_EQ(get("Basic settings", "AantalFiles", lost), "?");
+    EXPECT_FALSE(dir.exists("Missing"));
+}
+
+TEST_F(Profile, BatchLeavesTheSameBytesAsSingleWrites) {
+    const std::string start = "; made by hand\n"
+                              "[Basic settings]\r\n"
+                              "AantalFiles=2\n"
+                              "dirfrom=C:\\Data\\\r\n"
+                              "\r\n"
+                              "[Backupfiles]\r\n"
+                              "BackUpfile1=C:\\Data\\a.mdb\r\n"
+                              "junk without equals sign\r\n"
+                              "BackUpfile2=C:\\Data\\b.mdb";
+    struct Write {
+        const char* section;
+        const char* key;
+        std::string value;
+    };
+    std::vector<Write> writes = {
+        {"Basic settings", "AantalFiles", "4"},
+        {"Backupfiles", "backupfile2", "C:\\Data\\B.mdb"},
+        {"Backupfiles", "BackUpfile3", "C:\\Data\\c.mdb"},
+        {"Backupfiles", "BackUpfile4", "C:\\Data\\d.mdb"},
+        {"Basic settings", "dirfrom", "C:\\Data"},
+        {"Basic settings", "LastBackup", "17-11-2026"},
+        {"Backupfiles", "BackUpfile3", "C:\\Data\\c2.mdb"},
+        {"Backupfiles", "BackUpfile1", "C:\\Data\\a.mdb"},
+        {"Nieuw", "Sleutel", "waarde"},
+    };
+    for (const std::string& name : {std::string("existing"), std::string("created")}) {
+        SCOPED_TRACE(name);
+        std::string single = dir.drive(name + "-single.ini");
+        std::string batched = dir.drive(name + "-batched.ini");
+        if (name == "existing") {
+            dir.write(name + "-single.ini", start);
+            dir.write(name + "-batched.ini", start);
+        }
+        for (const Write& w : writes)
+            EXPECT_TRUE(store.writeString(w.section, w.key, w.value, single));
+        {
+            nv::ProfileBatch outer(store);
+            {
+                nv::ProfileBatch inner(store);
+                for (std::size_t i = 0; i < 3; ++i)
+                    store.writeString(writes[i].section, writes[i].key, writes[i].value, batched);
+            }
+            for (std::size_t i = 3; i < writes.size(); ++i)
+                store.writeString(writes[i].section, writes[i].key, writes[i].value, batched);
+            // Reads inside the batch see what it will store.
+            EXPECT_EQ(get("Backupfiles", "BackUpfile3", batched), "C:\\Data\\c2.mdb");
+            EXPECT_EQ(get("nieuw", "sleutel", batched), "waarde");
+        }
+        EXPECT_EQ(dir.read(name + "-batched.ini"), dir.read(name + "-single.ini"));
+        EXPECT_EQ(get("Backupfiles", "BackUpfile4", batched), "C:\\Data\\d.mdb");
+    }
+}
+
+} // namespace

@@ -1,0 +1,54 @@
+#include "platform/NativeForm.h"
+#include "production/KnownFile.h"
+#include "startup/AppSettings.h"
+#include "support/TestMachine.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+using namespace nv;
+namespace fs = std::filesystem;
+
+namespace {
+
+// An install below /opt is the program files case, with the machine's own special folders.
+TEST(ProgramFilesOnLinux, AnInstallUnderOptWorksInTheXdgFolders) {
+    fs::path install = "/opt/nvtest-" + std::to_string(::getpid()) + "/Norvale";
+    std::error_code ec;
+    fs::create_directories(install, ec);
+    if (ec || ::access(install.c_str(), W_OK) != 0)
+        GTEST_SKIP() << "/opt cannot be written here";
+    nvtest::TestMachine machine;
+    machine.platform.folders = nativePlatform().folders;
+    platform() = machine.platform;
+    const std::string config = machine.temp.native("config").string();
+    const std::string data = machine.temp.native("data").string();
+    ::setenv("XDG_CONFIG_HOME", config.c_str(), 1);
+    ::setenv("XDG_DATA_HOME", data.c_str(), 1);
+
+    fs::path store = fs::path(data) / "VirtualStore" / install.relative_path();
+    fs::create_directories(store);
+    for (int row : {0, 1, 3})
+        std::ofstream(install / fKnownFileName(row)) << "db";
+    std::ofstream(store / "NV.ini") << "from the store";
+
+    std::string path = driveFormOf(install.string());
+    uint8_t status = 9;
+    std::string production = fFindAppDir(path, status);
+
+    EXPECT_EQ(production, driveFormOf(config + "/Norvale") + "\\");
+    EXPECT_TRUE(fs::exists(fs::path(config) / "Norvale" / "NV_Ledger01.mdb"));
+    EXPECT_TRUE(fs::exists(fs::path(config) / "Norvale" / "NVbackuptool.ini"));
+    EXPECT_TRUE(fs::exists(fs::path(config) / "Norvale" / "NV.ini"));
+    EXPECT_FALSE(fs::exists(store / "NV.ini"));
+    EXPECT_EQ(status, 2);
+
+    ::unsetenv("XDG_CONFIG_HOME");
+    ::unsetenv("XDG_DATA_HOME");
+    fs::remove_all(install.parent_path(), ec);
+}
+
+} // namespace

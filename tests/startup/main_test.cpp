@@ -1,0 +1,139 @@
+#include "platform/DateText.h"
+#include "production/KnownFile.h"
+#include "startup/AppSettings.h"
+#include "startup/Main.h"
+#include "support/TestMachine.h"
+
+#include <filesystem>
+#include <gtest/gtest.h>
+
+using namespace nv;
+using nvtest::crlf;
+
+namespace {
+
+class RecordingWindows : public StartWindows {
+public:
+    void loadMainWindow() override {
+        calls += "loadMain ";
+        // The main window's load handler may rely on all of these.
+        settingsSeenByMain = AppSettings;
+    }
+    void showMainWindow() override { calls += "showMain "; }
+    void loadSplash() override { calls += "loadSplash "; }
+    void showSplash() override { calls += "showSplash "; }
+    std::string calls;
+    AppSettingsRecord settingsSeenByMain;
+};
+
+class MainTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        machine.folders.folders[CSIDL_PROGRAM_FILES] = "C:\\Program Files";
+        for (int row : {0, 1, 2, 3, 5, 6, 7, 10})
+            machine.temp.write("Data/Norvale/" + fKnownFileName(row), "data");
+        program = machine.temp.drive("Data\\Norvale");
+        machine.process.path = program;
+    }
+    std::string settingsFile() { return machine.temp.read("Data/Norvale/NVbackuptool.ini"); }
+
+    nvtest::TestMachine machine;
+    RecordingWindows windows;
+    std::string program;
+};
+
+TEST_F(MainTest, AFirstStartLeavesTheSettingsFileOfAFirstStart) {
+    ASSERT_EQ(Main(windows), MainOutcome::Running);
+    const std::string p = program + "\\";
+    std::string expected = "[Basic settings]\nAantalFiles=9\ndirfrom=" + p +
+                           "\nDriveTarget=C:\nLastBackup=17-11-2026\nDirectory=0\n[Backupfiles]\n";
+    int n = 1;
+    for (int row : {0, 1, 2, 3, 4, 5, 6, 7, 10})
+        expected += "BackUpfile" + std::to_string(n++) + "=" + p + fKnownFileName(row) + "\n";
+    EXPECT_EQ(settingsFile(), crlf(expected));
+
+    EXPECT_TRUE(machine.boxes.shown.empty());
+    EXPECT_EQ(windows.calls, "loadMain showMain loadSplash showSplash ");
+    const AppSettingsRecord& s = windows.settingsSeenByMain;
+    EXPECT_EQ(s.strAppDir, p);
+    EXPECT_EQ(s.strIniFile, p + "NVbackuptool.ini");
+    EXPECT_EQ(s.dirfrom, p);
+    EXPECT_EQ(s.DriveTarget, "C:");
+    EXPECT_EQ(s.AantalFiles, 9);
+    ASSERT_EQ(s.strFiles.size(), 10u);
+    EXPECT_EQ(s.strFiles[0], "");
+    EXPECT_EQ(s.strFiles[9], p + "NV_stock.NVD");
+    EXPECT_EQ(s.LastBackup, machine.clock.date);
+    EXPECT_EQ(s.Directory, 0);
+    EXPECT_FALSE(s.blnRestoreOnly);
+    EXPECT_EQ(App.HelpFile, program + "\\NV BU tool.chm");
+
+    // A second start reads what the first one left and writes nothing new.
+    const std::string before = settingsFile();
+    RecordingWindows again;
+    ASSERT_EQ(Main(again), MainOutcome::Running);
+    EXPECT_EQ(settingsFile(), before);
+}
+
+TEST_F(MainTest, AMissingDatabaseOffersTheRestoreOnly) {
+    std::filesystem::remove(machine.temp.native("Data/Norvale/NV_Ledger01.mdb"));
+    machine.boxes.answer(Answer::No);
+    EXPECT_EQ(Main(windows), MainOutcome::Ended);
+    ASSERT_EQ(machine.boxes.shown.size(), 1u);
+    const MessageBoxRequest& box = machine.boxes.shown[0];
+    EXPECT_EQ(box.text, "Norvale kan de productiebestanden nog niet vinden dus u kunt nog geen "
+                        "backup maken. \r\n\r\nU kunt wel een bestaande backup terugzetten. "
+                        "Wilt u dit doen?");
+    EXPECT_EQ(box.title, "Norvale Backup");
+    EXPECT_EQ(box.buttons, Buttons::YesNo);
+    EXPECT_EQ(box.icon, Icon::Question);
+    EXPECT_EQ(box.defaultButton, DefaultButton::First);
+    EXPECT_EQ(windows.calls, "");
+    // The list was reconciled before the question; nothing after it was written.
+    const std::string file = settingsFile();
+    EXPECT_NE(file.find("AantalFiles=9"), std::string::npos);
+    EXPECT_EQ(file.find("DriveTarget"), std::string::npos);
+
+    machine.boxes.answer(Answer::Yes);
+    EXPECT_EQ(Main(windows), MainOutcome::Running);
+    EXPECT_TRUE(windows.settingsSeenByMain.blnRestoreOnly);
+    EXPECT_EQ(windows.settingsSeenByMain.AantalFiles, 9);
+}
+
+TEST_F(MainTest, ADamagedSettingsFileNeverStopsTheStart) {
+    const std::string binary("\x00\xff\xfe[\x01=\x00\r\r\n\x80garbage=\xff", 20);
+    const std::vector<std::string> damaged = {
+        crlf("[Basic settings]\nAantalFiles=twaalf\nLastBackup=gisteren\nDirectory=300\n"),
+        crlf("[Basic settings]\nAantalFiles=-4\nLastBackup=31-02-2026\nDirectory=-1\n"),
+        crlf("[Basic settings]\nAantalFiles=2\nDriveTarget=\n[Backupfiles]\nBackUpfile1=\n"
+             "BackUpfile2=\n"),
+        binary,
+        "",
+    };
+    for (const std::string& content : damaged) {
+        machine.temp.write("Data/Norvale/NVbackuptool.ini", content);
+        RecordingWindows w;
+        ASSERT_EQ(Main(w), MainOutcome::Running) << content;
+        const AppSettingsRecord& s = w.settingsSeenByMain;
+        EXPECT_GE(s.AantalFiles, 9) << content;
+        EXPECT_EQ(s.strFiles.size(), static_cast<std::size_t>(s.AantalFiles) + 1);
+        EXPECT_EQ(s.LastBackup, machine.clock.date) << content;
+        EXPECT_EQ(s.Directory, 0) << content;
+    }
+    // Present but empty: an empty target drive, not the default.
+    machine.temp.write("Data/Norvale/NVbackuptool.ini", damaged[2]);
+    RecordingWindows w;
+    Main(w);
+    EXPECT_EQ(w.settingsSeenByMain.DriveTarget, "");
+}
+
+TEST_F(MainTest, ASettingsFileThatCannotBeReadGivesAnEmptyList) {
+    // A folder in the place of the settings file can be neither read nor written.
+    std::filesystem::create_directory(machine.temp.native("Data/Norvale/NVbackuptool.ini"));
+    ASSERT_EQ(Main(windows), MainOutcome::Running);
+    EXPECT_EQ(windows.settingsSeenByMain.AantalFiles, 0);
+    EXPECT_EQ(windows.settingsSeenByMain.strFiles.size(), 1u);
+    EXPECT_EQ(windows.settingsSeenByMain.DriveTarget, "C:");
+}
+
+} // namespace

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+namespace nvtest {
+
+// A fresh folder under the system's temporary folder, removed with everything in it at the end.
+class TempFolder {
+public:
+    TempFolder();
+    ~TempFolder();
+    TempFolder(const TempFolder&) = delete;
+    TempFolder& operator=(const TempFolder&) = delete;
+
+    const std::filesystem::path& native() const { return native_; }
+    // The folder in drive form, without trailing backslash.
+    std::string drive() const;
+    // Drive form of a path below the folder; "a/b" and "a\\b" both give ...\a\b.
+    std::string drive(const std::string& relative) const;
+    std::filesystem::path native(const std::string& relative) const;
+
+    // Writes a file below the folder (parents made), and reads one back.
+    void write(const std::string& relative, const std::string& bytes) const;
+    std::string read(const std::string& relative) const;
+    bool exists(const std::string& relative) const;
+
+private:
+    std::filesystem::path native_;
+};
+
+} // namespace nvtest

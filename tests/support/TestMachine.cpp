@@ -1,0 +1,56 @@
+#include "support/TestMachine.h"
+
+#include "platform/DateText.h"
+#include "startup/AppSettings.h"
+
+namespace nvtest {
+
+nv::Answer ScriptedBoxes::show(const nv::MessageBoxRequest& request) {
+    shown.push_back(request);
+    if (!answers_.empty()) {
+        nv::Answer next = answers_.front();
+        answers_.pop_front();
+        return next;
+    }
+    int index = static_cast<int>(request.defaultButton);
+    switch (request.buttons) {
+    case nv::Buttons::OK:
+        return nv::Answer::OK;
+    case nv::Buttons::OKCancel:
+        return index == 0 ? nv::Answer::OK : nv::Answer::Cancel;
+    case nv::Buttons::YesNo:
+        return index == 0 ? nv::Answer::Yes : nv::Answer::No;
+    case nv::Buttons::YesNoCancel:
+        return index == 0 ? nv::Answer::Yes : index == 1 ? nv::Answer::No : nv::Answer::Cancel;
+    case nv::Buttons::RetryCancel:
+        return index == 0 ? nv::Answer::Retry : nv::Answer::Cancel;
+    }
+    return nv::Answer::OK;
+}
+
+TestMachine::TestMachine() : saved_(nv::platform()) {
+    clock.date = nv::dateFromCivil({2026, 11, 17});
+    platform = nv::nativePlatform();
+    platform.boxes = &boxes;
+    platform.clock = &clock;
+    platform.folders = &folders;
+    platform.process = &process;
+    nv::platform() = platform;
+    nv::AppSettings = nv::AppSettingsRecord{};
+    nv::App = nv::AppRecord{};
+}
+
+TestMachine::~TestMachine() { nv::platform() = saved_; }
+
+std::string crlf(const std::string& lines) {
+    std::string out;
+    for (char c : lines) {
+        if (c == '\n')
+            out += "\r\n";
+        else
+            out += c;
+    }
+    return out;
+}
+
+} // namespace nvtest

@@ -1,0 +1,69 @@
+#pragma once
+
+#include "platform/Platform.h"
+#include "support/TempFolder.h"
+
+#include <deque>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace nvtest {
+
+// Answers boxes from a queue (the default button when it runs dry) and keeps what was shown.
+class ScriptedBoxes : public nv::MessageBoxes {
+public:
+    nv::Answer show(const nv::MessageBoxRequest& request) override;
+    void answer(nv::Answer next) { answers_.push_back(next); }
+
+    std::vector<nv::MessageBoxRequest> shown;
+
+private:
+    std::deque<nv::Answer> answers_;
+};
+
+class FixedClock : public nv::Clock {
+public:
+    nv::Date today() override { return date; }
+    nv::TimeOfDay now() override { return {10, 30, 0}; }
+    nv::Date date = 0;
+};
+
+class FixedFolders : public nv::SpecialFolders {
+public:
+    std::string folder(int csidl) override {
+        auto it = folders.find(csidl);
+        return it == folders.end() ? "" : it->second;
+    }
+    std::map<int, std::string> folders;
+};
+
+class FixedProcess : public nv::Process {
+public:
+    std::string appPath() override { return path; }
+    std::string path;
+};
+
+// The real files and profile services of this machine over a temporary folder, with the
+// clock, the special folders, the program's folder and the boxes in the test's hands.
+// 17-11-2026 is today.
+class TestMachine {
+public:
+    TestMachine();
+    ~TestMachine();
+
+    TempFolder temp;
+    ScriptedBoxes boxes;
+    FixedClock clock;
+    FixedFolders folders;
+    FixedProcess process;
+    nv::Platform platform;
+
+private:
+    nv::Platform saved_;
+};
+
+// The file text with CR LF line ends, from lines given with \n.
+std::string crlf(const std::string& lines);
+
+} // namespace nvtest
