@@ -26,6 +26,24 @@ std::vector<std::pair<QMessageBox::StandardButton, Answer>> buttonsOf(Buttons bu
     return {{QMessageBox::Ok, Answer::OK}};
 }
 
+// The program speaks Dutch whatever the language of the machine.
+QString dutchText(QMessageBox::StandardButton button) {
+    switch (button) {
+    case QMessageBox::Ok:
+        return "OK";
+    case QMessageBox::Cancel:
+        return "Annuleren";
+    case QMessageBox::Yes:
+        return "&Ja";
+    case QMessageBox::No:
+        return "&Nee";
+    case QMessageBox::Retry:
+        return "&Opnieuw";
+    default:
+        return {};
+    }
+}
+
 QMessageBox::Icon iconOf(Icon icon) {
     switch (icon) {
     case Icon::Critical:
@@ -55,7 +73,8 @@ Answer QtMessageBoxes::show(const MessageBoxRequest& request) {
     std::vector<QPushButton*> made;
     for (auto& [standard, answer] : buttons) {
         QPushButton* button = box.addButton(standard);
-        button->setAccessibleName(button->text());
+        button->setText(dutchText(standard));
+        button->setAccessibleName(button->text().remove('&'));
         made.push_back(button);
     }
     std::size_t index = static_cast<std::size_t>(request.defaultButton);
