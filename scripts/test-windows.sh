@@ -23,7 +23,7 @@ unset DISPLAY WAYLAND_DISPLAY
 cmake --preset mingw
 cmake --build --preset mingw -j2
 
-# Wine refuses a prefix that belongs to another user; a fresh one is made once per build tree.
+# The prefix is made once per build tree; a half-made one (no registry) is made again.
 if [ ! -f "$WINEPREFIX/system.reg" ]; then
     echo "test-windows: creating Wine prefix $WINEPREFIX"
     rm -rf "$WINEPREFIX"
@@ -38,10 +38,8 @@ fi
 
 # One server and one set of Wine's own background processes for the whole run, started here
 # so that they do not hold on to the output pipes of the tests; stopped on the way out.
-wineserver -p 30
+wineserver -p 30 || true
 trap 'wineserver -k >/dev/null 2>&1 || true' EXIT
-wineboot >/dev/null 2>&1 </dev/null
+wineboot >/dev/null 2>&1 </dev/null || true
 
-status=0
-ctest --preset mingw -j2 || status=$?
-exit "$status"
+ctest --preset mingw -j2

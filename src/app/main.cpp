@@ -1,8 +1,8 @@
+#include "startup/Main.h"
 #include "mainwindow/StartWindows.h"
 #include "platform/Platform.h"
 #include "platform/qt/QtMessageBoxes.h"
 #include "startup/AppSettings.h"
-#include "startup/Main.h"
 
 #include <QApplication>
 

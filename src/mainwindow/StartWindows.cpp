@@ -21,12 +21,12 @@ void QtStartWindows::loadMainWindow() {
     for (int n = 1; n <= AppSettings.AantalFiles; ++n)
         list->addItem(QString::fromStdString(AppSettings.strFiles[static_cast<std::size_t>(n)]));
     layout->addWidget(list);
-    auto* status = new QLabel(
-        QString("Aantal files: %1    Doelstation: %2    Laatste backup: %3")
-            .arg(AppSettings.AantalFiles)
-            .arg(QString::fromStdString(AppSettings.DriveTarget))
-            .arg(QString::fromStdString(shortDateText(AppSettings.LastBackup))),
-        window);
+    auto* status =
+        new QLabel(QString("Aantal files: %1    Doelstation: %2    Laatste backup: %3")
+                       .arg(AppSettings.AantalFiles)
+                       .arg(QString::fromStdString(AppSettings.DriveTarget))
+                       .arg(QString::fromStdString(shortDateText(AppSettings.LastBackup))),
+                   window);
     layout->addWidget(status);
     window->resize(640, 360);
     main_ = window;

@@ -76,9 +76,18 @@ char32_t decode(const std::string& text, std::size_t& i) {
     return c;
 }
 
+bool isAscii(const std::string& text) {
+    for (char c : text)
+        if (static_cast<unsigned char>(c) >= 0x80)
+            return false;
+    return true;
+}
+
 } // namespace
 
 std::string utf8FromCp1252(const std::string& bytes) {
+    if (isAscii(bytes))
+        return bytes;
     std::string out;
     out.reserve(bytes.size() + bytes.size() / 8);
     for (char b : bytes) {
@@ -94,6 +103,8 @@ std::string utf8FromCp1252(const std::string& bytes) {
 }
 
 std::string cp1252FromUtf8(const std::string& text) {
+    if (isAscii(text))
+        return text;
     std::string out;
     out.reserve(text.size());
     std::size_t i = 0;

@@ -22,6 +22,8 @@ std::string fKnownFileName(int row) {
     return kKnownFiles[static_cast<std::size_t>(row)].name;
 }
 
-uint8_t fFileMissing(int row) { return isRequiredRow(row) ? 1 : 2; }
+uint8_t fFileMissing(int row) {
+    return isRequiredRow(row) ? 1 : 2;
+}
 
 } // namespace nv

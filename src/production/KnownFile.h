@@ -15,9 +15,13 @@ struct KnownFile {
 extern const std::array<KnownFile, 11> kKnownFiles;
 
 // Rows 8 and 9 are old-style files: deleted, and taken out of the list.
-inline bool isOldStyleRow(int row) { return row == 8 || row == 9; }
+inline bool isOldStyleRow(int row) {
+    return row == 8 || row == 9;
+}
 // Rows the program cannot do without.
-inline bool isRequiredRow(int row) { return row == 0 || row == 1 || row == 3; }
+inline bool isRequiredRow(int row) {
+    return row == 0 || row == 1 || row == 3;
+}
 
 std::string fKnownFileName(int row);
 // The status of one row that was found missing: 1 required, 2 not.

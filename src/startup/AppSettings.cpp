@@ -7,6 +7,8 @@ namespace nv {
 AppSettingsRecord AppSettings;
 AppRecord App;
 
-std::string AppPath() { return platform().process->appPath(); }
+std::string AppPath() {
+    return platform().process->appPath();
+}
 
 } // namespace nv

@@ -4,17 +4,29 @@
 
 namespace nv {
 
-std::string fFirstMatch(const std::string& spec) { return platform().files->firstMatch(spec); }
-bool fPlainFileExists(const std::string& spec) { return !fFirstMatch(spec).empty(); }
+std::string fFirstMatch(const std::string& spec) {
+    return platform().files->firstMatch(spec);
+}
+bool fPlainFileExists(const std::string& spec) {
+    return !fFirstMatch(spec).empty();
+}
 void subMoveFile(const std::string& oldPath, const std::string& newPath) {
     platform().files->moveFile(oldPath, newPath);
 }
 void subCopyFile(const std::string& source, const std::string& destination) {
     platform().files->copyFile(source, destination);
 }
-void subDeleteFile(const std::string& path) { platform().files->deleteFile(path); }
-void subMakeFolder(const std::string& path) { platform().files->makeFolder(path); }
-void subDeleteByPattern(const std::string& spec) { platform().files->deleteByPattern(spec); }
-void subRemoveFolder(const std::string& path) { platform().files->removeFolder(path); }
+void subDeleteFile(const std::string& path) {
+    platform().files->deleteFile(path);
+}
+void subMakeFolder(const std::string& path) {
+    platform().files->makeFolder(path);
+}
+void subDeleteByPattern(const std::string& spec) {
+    platform().files->deleteByPattern(spec);
+}
+void subRemoveFolder(const std::string& path) {
+    platform().files->removeFolder(path);
+}
 
 } // namespace nv

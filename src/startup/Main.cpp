@@ -29,7 +29,8 @@ void readSettings() {
     AppSettings.AantalFiles = static_cast<int16_t>(count);
 
     Date today = platform().clock->today();
-    auto lastBackup = parseShortDate(fIniValue(kSectionBasic, "LastBackup", shortDateText(today), ""));
+    auto lastBackup =
+        parseShortDate(fIniValue(kSectionBasic, "LastBackup", shortDateText(today), ""));
     AppSettings.LastBackup = lastBackup ? *lastBackup : today;
 
     long directory = 0;

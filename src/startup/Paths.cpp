@@ -14,7 +14,8 @@ std::vector<std::string> splitPath(const std::string& path) {
     std::size_t start = 0;
     for (;;) {
         std::size_t cut = path.find('\\', start);
-        parts.push_back(path.substr(start, cut == std::string::npos ? std::string::npos : cut - start));
+        parts.push_back(
+            path.substr(start, cut == std::string::npos ? std::string::npos : cut - start));
         if (cut == std::string::npos)
             return parts;
         start = cut + 1;
@@ -30,7 +31,9 @@ std::string fFileOfPath(std::string& path) {
     return parts.back();
 }
 
-std::string fSpecialFolder(int csidl) { return platform().folders->folder(csidl); }
+std::string fSpecialFolder(int csidl) {
+    return platform().folders->folder(csidl);
+}
 
 void subMakeTree(std::string path) {
     try {

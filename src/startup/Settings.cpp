@@ -44,7 +44,9 @@ std::string fIniValue(const std::string& section, const std::string& key,
     return result;
 }
 
-std::string rowKey(int row) { return kRowKeyPrefix + std::to_string(row); }
+std::string rowKey(int row) {
+    return kRowKeyPrefix + std::to_string(row);
+}
 
 bool parseWholeNumber(const std::string& text, long minimum, long maximum, long& out) {
     std::size_t begin = text.find_first_not_of(" \t");

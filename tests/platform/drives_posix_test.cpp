@@ -81,7 +81,8 @@ TEST(NativePath, FindsComponentsWithoutRegardToCaseAndNoticesAnUnpluggedDrive) {
     EXPECT_EQ(nativePath(table, "t:\\DATA\\norvale\\nv_ledger01.MDB"),
               temp.native().string() + "/Data/Norvale/NV_Ledger01.mdb");
     // Components that are not there keep their letters.
-    EXPECT_EQ(nativePath(table, "T:\\data\\Nieuw\\Map"), temp.native().string() + "/Data/Nieuw/Map");
+    EXPECT_EQ(nativePath(table, "T:\\data\\Nieuw\\Map"),
+              temp.native().string() + "/Data/Nieuw/Map");
     EXPECT_EQ(nativePath(table, "T:"), temp.native().string());
     EXPECT_EQ(failureOf([&] { nativePath(table, "Q:\\x"); }), kFailDeviceUnavailable);
     EXPECT_EQ(failureOf([&] { nativePath(table, "geen pad"); }), kFailBadFileName);

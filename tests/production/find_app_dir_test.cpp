@@ -22,11 +22,14 @@ protected:
         std::vector<std::string> parts = splitPath(machine.temp.drive());
         programFiles = parts[0] + "\\" + parts[1];
         machine.folders.folders[CSIDL_PROGRAM_FILES] = programFiles;
-        machine.folders.folders[CSIDL_APPDATA] = machine.temp.drive("Users\\user1\\AppData\\Roaming");
-        machine.folders.folders[CSIDL_LOCAL_APPDATA] = machine.temp.drive("Users\\user1\\AppData\\Local");
+        machine.folders.folders[CSIDL_APPDATA] =
+            machine.temp.drive("Users\\user1\\AppData\\Roaming");
+        machine.folders.folders[CSIDL_LOCAL_APPDATA] =
+            machine.temp.drive("Users\\user1\\AppData\\Local");
     }
 
-    std::string read(const std::string& iniPath, const std::string& section, const std::string& key) {
+    std::string read(const std::string& iniPath, const std::string& section,
+                     const std::string& key) {
         return fReadIni(iniPath, section, key, "<missing>");
     }
 
@@ -47,14 +50,17 @@ protected:
 TEST_F(FindAppDirTest, InstallUnderProgramFilesBringsTheFilesToThePerUserFolder) {
     auto& t = machine.temp;
     const std::string vsSub = virtualStore();
-    for (const char* name : {"NV_Ledger01.mdb", "NV_Lists97.mdb", "NV.ini", "NV_stock.NVD", "stockA.NVD"})
+    for (const char* name :
+         {"NV_Ledger01.mdb", "NV_Lists97.mdb", "NV.ini", "NV_stock.NVD", "stockA.NVD"})
         t.write(vsSub + name, std::string("vs:") + name);
-    for (const char* name : {"NV_Ledger01.mdb", "NV_Lists97.mdb", "panels.ini", "NV_Entity.NVD", "Nota.ini"})
+    for (const char* name :
+         {"NV_Ledger01.mdb", "NV_Lists97.mdb", "panels.ini", "NV_Entity.NVD", "Nota.ini"})
         t.write(std::string("Program Files/Norvale/") + name, std::string("prog:") + name);
     const std::string program = t.drive("Program Files\\Norvale");
     t.write("Program Files/Norvale/NVbackuptool.ini",
             crlf("[Basic settings]\nAantalFiles=3\n[Backupfiles]\nBackUpfile1=" + program +
-                 "\\NV_Ledger01.mdb\nBackUpfile2=" + program + "\\stockA.NVD\nBackUpfile3=D:\\Brieven\\offerte.doc\n"));
+                 "\\NV_Ledger01.mdb\nBackUpfile2=" + program +
+                 "\\stockA.NVD\nBackUpfile3=D:\\Brieven\\offerte.doc\n"));
 
     std::string path = program;
     uint8_t status = 0;

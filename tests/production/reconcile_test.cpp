@@ -42,11 +42,11 @@ TEST_F(ReconcileTest, AnOldListIsCorrectedCompletedAndCleared) {
                             "BackUpfile3=D:\\Letters\\offer.doc\n"
                             "BackUpfile4=C:\\Program Files\\Norvale\\NV.ini\n"));
     subReconcileBackupList(kFolder, ini);
-    std::vector<std::string> expected = {
-        kFolder + "NV_Ledger01.mdb", "D:\\Letters\\offer.doc", kFolder + "NV.ini",
-        kFolder + "NV_Lists97.mdb",  kFolder + "panels.ini",   kFolder + "NV_Entity.NVD",
-        kFolder + "NVbackuptool.ini", kFolder + "Nota.ini",    kFolder + "Refresh.ini",
-        kFolder + "NV_stock.NVD"};
+    std::vector<std::string> expected = {kFolder + "NV_Ledger01.mdb",  "D:\\Letters\\offer.doc",
+                                         kFolder + "NV.ini",           kFolder + "NV_Lists97.mdb",
+                                         kFolder + "panels.ini",       kFolder + "NV_Entity.NVD",
+                                         kFolder + "NVbackuptool.ini", kFolder + "Nota.ini",
+                                         kFolder + "Refresh.ini",      kFolder + "NV_stock.NVD"};
     EXPECT_EQ(rows(), expected);
 
     // A second pass over a sound list changes nothing in the file.
@@ -67,25 +67,31 @@ TEST_F(ReconcileTest, AFirstStartWritesTheNineRows) {
 TEST_F(ReconcileTest, OddRowsAreMatchedByNameAloneAndEmptyRowsStay) {
     // Known names in other folders and other letters, a folder row with a trailing backslash,
     // an empty row, and both old-style files with the second one last.
-    machine.temp.write("NVbackuptool.ini",
-                       crlf("[Basic settings]\nAantalFiles=7\n[Backupfiles]\n"
-                            "BackUpfile1=E:\\elders\\nv_ledger01.MDB\n"
-                            "BackUpfile2=C:\\Oud\\stockB.NVD\n"
-                            "BackUpfile3=\n"
-                            "BackUpfile4=C:\\Data\\Map\\\n"
-                            "BackUpfile5=" + kFolder + "NV_LISTS97.MDB\n"
-                            "BackUpfile6=C:\\Oud\\stockA.NVD\n"
-                            "BackUpfile7=C:\\Oud\\stockB.NVD\n"));
+    machine.temp.write("NVbackuptool.ini", crlf("[Basic settings]\nAantalFiles=7\n[Backupfiles]\n"
+                                                "BackUpfile1=E:\\elders\\nv_ledger01.MDB\n"
+                                                "BackUpfile2=C:\\Oud\\stockB.NVD\n"
+                                                "BackUpfile3=\n"
+                                                "BackUpfile4=C:\\Data\\Map\\\n"
+                                                "BackUpfile5=" +
+                                                kFolder +
+                                                "NV_LISTS97.MDB\n"
+                                                "BackUpfile6=C:\\Oud\\stockA.NVD\n"
+                                                "BackUpfile7=C:\\Oud\\stockB.NVD\n"));
     subReconcileBackupList(kFolder, ini);
     // stockA goes first; then stockB is searched in the shorter list and its first row goes;
     // the row with the trailing backslash is written without it when it moves.
-    std::vector<std::string> expected = {
-        kFolder + "NV_Ledger01.mdb", "",
-        "C:\\Data\\Map",             kFolder + "NV_LISTS97.MDB",
-        "C:\\Oud\\stockB.NVD",       kFolder + "panels.ini",
-        kFolder + "NV_Entity.NVD",   kFolder + "NVbackuptool.ini",
-        kFolder + "Nota.ini",        kFolder + "NV.ini",
-        kFolder + "Refresh.ini",     kFolder + "NV_stock.NVD"};
+    std::vector<std::string> expected = {kFolder + "NV_Ledger01.mdb",
+                                         "",
+                                         "C:\\Data\\Map",
+                                         kFolder + "NV_LISTS97.MDB",
+                                         "C:\\Oud\\stockB.NVD",
+                                         kFolder + "panels.ini",
+                                         kFolder + "NV_Entity.NVD",
+                                         kFolder + "NVbackuptool.ini",
+                                         kFolder + "Nota.ini",
+                                         kFolder + "NV.ini",
+                                         kFolder + "Refresh.ini",
+                                         kFolder + "NV_stock.NVD"};
     EXPECT_EQ(rows(), expected);
     EXPECT_EQ(fReadIni(ini, "Backupfiles", "BackUpfile13", "<missing>"), "");
 }

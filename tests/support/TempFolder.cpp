@@ -47,7 +47,9 @@ TempFolder::~TempFolder() {
     fs::remove_all(native_, ec);
 }
 
-std::string TempFolder::drive() const { return nv::driveFormOf(native_.string()); }
+std::string TempFolder::drive() const {
+    return nv::driveFormOf(native_.string());
+}
 
 std::string TempFolder::drive(const std::string& relative) const {
     std::string rel = relative;
@@ -79,6 +81,8 @@ std::string TempFolder::read(const std::string& relative) const {
     return buffer.str();
 }
 
-bool TempFolder::exists(const std::string& relative) const { return fs::exists(native(relative)); }
+bool TempFolder::exists(const std::string& relative) const {
+    return fs::exists(native(relative));
+}
 
 } // namespace nvtest

@@ -40,7 +40,9 @@ TestMachine::TestMachine() : saved_(nv::platform()) {
     nv::App = nv::AppRecord{};
 }
 
-TestMachine::~TestMachine() { nv::platform() = saved_; }
+TestMachine::~TestMachine() {
+    nv::platform() = saved_;
+}
 
 std::string crlf(const std::string& lines) {
     std::string out;
@@ -51,6 +53,23 @@ std::string crlf(const std::string& lines) {
             out += c;
     }
     return out;
+}
+
+} // namespace nvtest
+
+#ifdef _WIN32
+#include <windows.h>
+#endif
+
+namespace nvtest {
+
+bool runningUnderWine() {
+#ifdef _WIN32
+    HMODULE ntdll = GetModuleHandleA("ntdll.dll");
+    return ntdll && GetProcAddress(ntdll, "wine_get_version") != nullptr;
+#else
+    return false;
+#endif
 }
 
 } // namespace nvtest

@@ -2,12 +2,14 @@
 
 #include <algorithm>
 #include <cctype>
-#include <dirent.h>
+#include <climits>
 #include <cstdlib>
+#include <dirent.h>
+#include <fcntl.h>
 #include <fstream>
+#include <poll.h>
 #include <sstream>
 #include <sys/stat.h>
-#include <climits>
 #include <unistd.h>
 
 namespace nv {
@@ -15,7 +17,7 @@ namespace nv {
 namespace {
 
 bool isFolder(const std::string& path) {
-    struct stat st{};
+    struct stat st {};
     return ::stat(path.c_str(), &st) == 0 && S_ISDIR(st.st_mode);
 }
 
@@ -135,8 +137,8 @@ DriveTable::DriveTable(Options options) : options_(std::move(options)) {
     if (!options_.home.empty() && options_.home != "/")
         fixed_['H'] = DriveInfo{'H', options_.home, "", false};
     for (auto& [letter, root] : parseDrivesVariable(options_.drivesVariable)) {
-        std::string folder = root.size() > 1 && root.back() == '/' ? root.substr(0, root.size() - 1)
-                                                                   : root;
+        std::string folder =
+            root.size() > 1 && root.back() == '/' ? root.substr(0, root.size() - 1) : root;
         fixed_[letter] = DriveInfo{letter, folder, "", false};
     }
     rebuild();
@@ -158,14 +160,39 @@ DriveTable& DriveTable::machine() {
 void DriveTable::refreshMounts() {
     if (!options_.scanMounts)
         return;
-    std::ifstream in(options_.mountinfoPath, std::ios::binary);
-    std::ostringstream buffer;
-    buffer << in.rdbuf();
-    std::string text = buffer.str();
+    // The kernel flags the mount table of a process when it changes, so a check costs one poll.
+    if (mountFd_ < 0 && !mountFdTried_) {
+        mountFdTried_ = true;
+        if (options_.mountinfoPath.rfind("/proc/", 0) == 0)
+            mountFd_ = ::open(options_.mountinfoPath.c_str(), O_RDONLY | O_CLOEXEC);
+    }
+    if (mountFd_ >= 0 && haveReadMounts_) {
+        pollfd pfd{mountFd_, POLLPRI, 0};
+        if (::poll(&pfd, 1, 0) <= 0 || !(pfd.revents & (POLLPRI | POLLERR)))
+            return;
+    }
+    std::string text;
+    if (mountFd_ >= 0) {
+        char buffer[8192];
+        ::lseek(mountFd_, 0, SEEK_SET);
+        for (ssize_t n; (n = ::read(mountFd_, buffer, sizeof buffer)) > 0;)
+            text.append(buffer, static_cast<std::size_t>(n));
+    } else {
+        std::ifstream in(options_.mountinfoPath, std::ios::binary);
+        std::ostringstream buffer;
+        buffer << in.rdbuf();
+        text = buffer.str();
+    }
+    haveReadMounts_ = true;
     if (text == lastMountinfo_)
         return;
     lastMountinfo_ = text;
     rebuild();
+}
+
+DriveTable::~DriveTable() {
+    if (mountFd_ >= 0)
+        ::close(mountFd_);
 }
 
 void DriveTable::rebuild() {
@@ -243,16 +270,17 @@ std::string DriveTable::toDriveForm(const std::string& nativePath) {
     const DriveInfo* best = nullptr;
     for (auto& [letter, info] : drives_) {
         const std::string& root = info.root;
-        bool matches = root == "/" ? !nativePath.empty() && nativePath[0] == '/'
-                                   : nativePath.compare(0, root.size(), root) == 0 &&
-                                         (nativePath.size() == root.size() ||
-                                          nativePath[root.size()] == '/');
+        bool matches =
+            root == "/" ? !nativePath.empty() && nativePath[0] == '/'
+                        : nativePath.compare(0, root.size(), root) == 0 &&
+                              (nativePath.size() == root.size() || nativePath[root.size()] == '/');
         if (matches && (!best || root.size() > best->root.size()))
             best = &info;
     }
     if (!best)
         return nativePath;
-    std::string rest = best->root == "/" ? nativePath.substr(1) : nativePath.substr(best->root.size());
+    std::string rest =
+        best->root == "/" ? nativePath.substr(1) : nativePath.substr(best->root.size());
     while (!rest.empty() && rest[0] == '/')
         rest.erase(0, 1);
     while (!rest.empty() && rest.back() == '/')

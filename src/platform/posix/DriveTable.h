@@ -15,13 +15,16 @@ namespace nv {
 class DriveTable : public Drives {
 public:
     struct Options {
-        std::string home;             // "" leaves H: out
-        std::string drivesVariable;   // the text of NVBACKUP_DRIVES
+        std::string home;           // "" leaves H: out
+        std::string drivesVariable; // the text of NVBACKUP_DRIVES
         std::string mountinfoPath = "/proc/self/mountinfo";
         bool scanMounts = true;
     };
 
     explicit DriveTable(Options options);
+    ~DriveTable() override;
+    DriveTable(const DriveTable&) = delete;
+    DriveTable& operator=(const DriveTable&) = delete;
     // The table of this process: $HOME, $NVBACKUP_DRIVES and the mounts of the machine.
     static DriveTable& machine();
 
@@ -44,10 +47,13 @@ private:
     void rebuild();
 
     Options options_;
-    std::map<char, DriveInfo> fixed_;            // C:, H:, NVBACKUP_DRIVES and test letters
-    std::map<std::string, char> mountLetters_;   // a mount point keeps its letter once given
-    std::map<char, DriveInfo> drives_;           // what is there now
+    std::map<char, DriveInfo> fixed_;          // C:, H:, NVBACKUP_DRIVES and test letters
+    std::map<std::string, char> mountLetters_; // a mount point keeps its letter once given
+    std::map<char, DriveInfo> drives_;         // what is there now
     std::string lastMountinfo_;
+    int mountFd_ = -1;
+    bool mountFdTried_ = false;
+    bool haveReadMounts_ = false;
 };
 
 // Parses NVBACKUP_DRIVES: letter, '=', folder; ';' between entries. Bad entries are skipped.

@@ -14,7 +14,7 @@ namespace nv {
 namespace {
 
 bool exists(const std::string& path) {
-    struct stat st{};
+    struct stat st {};
     return ::lstat(path.c_str(), &st) == 0;
 }
 
@@ -78,7 +78,9 @@ FileFailure failureFromErrno(int err, const std::string&) {
     return fileFailure(number);
 }
 
-void throwErrno(int err, const std::string& drivePath) { throw failureFromErrno(err, drivePath); }
+void throwErrno(int err, const std::string& drivePath) {
+    throw failureFromErrno(err, drivePath);
+}
 
 std::pair<std::string, std::string> splitLast(const std::string& drivePath) {
     std::size_t cut = drivePath.find_last_of("\\/");
@@ -93,7 +95,7 @@ std::string nativePath(DriveTable& drives, const std::string& drivePath) {
         (drivePath.size() > 2 && drivePath[2] != '\\' && drivePath[2] != '/'))
         throw fileFailure(kFailBadFileName);
     auto drive = drives.find(drivePath[0]);
-    struct stat st{};
+    struct stat st {};
     if (!drive || ::stat(drive->root.c_str(), &st) != 0 || !S_ISDIR(st.st_mode))
         throw fileFailure(kFailDeviceUnavailable);
 

@@ -20,14 +20,16 @@ namespace {
 
 constexpr const char* kTempMark = ".nvtmp-";
 
-bool isHidden(const std::string& name) { return !name.empty() && name[0] == '.'; }
+bool isHidden(const std::string& name) {
+    return !name.empty() && name[0] == '.';
+}
 
 bool isRegular(const std::string& folder, const dirent* entry) {
     if (entry->d_type == DT_REG)
         return true;
     if (entry->d_type != DT_LNK && entry->d_type != DT_UNKNOWN)
         return false;
-    struct stat st{};
+    struct stat st {};
     std::string path = folder + "/" + entry->d_name;
     return ::stat(path.c_str(), &st) == 0 && S_ISREG(st.st_mode);
 }
@@ -45,7 +47,9 @@ std::string parentOf(const std::string& native) {
     return cut == 0 ? "/" : native.substr(0, cut);
 }
 
-std::string baseOf(const std::string& native) { return native.substr(native.find_last_of('/') + 1); }
+std::string baseOf(const std::string& native) {
+    return native.substr(native.find_last_of('/') + 1);
+}
 
 void syncFolder(const std::string& folder) {
     int fd = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
@@ -91,7 +95,7 @@ void copyNative(const std::string& source, const std::string& destination,
     in.fd = ::open(source.c_str(), O_RDONLY | O_CLOEXEC);
     if (in.fd < 0)
         throwErrno(errno, drivePath);
-    struct stat st{};
+    struct stat st {};
     if (::fstat(in.fd, &st) != 0)
         throwErrno(errno, drivePath);
     if (!S_ISREG(st.st_mode))
@@ -174,12 +178,13 @@ std::string PosixFileSystem::firstMatch(const std::string& spec) {
         return "";
     if (!hasWildcards(pattern)) {
         std::string native = nativePath(drives_, spec);
-        struct stat st{};
+        struct stat st {};
         if (::stat(native.c_str(), &st) != 0 || !S_ISREG(st.st_mode))
             return "";
         return baseOf(native);
     }
-    std::string folder = nativePath(drives_, folderPart.size() == 2 ? folderPart + "\\" : folderPart);
+    std::string folder =
+        nativePath(drives_, folderPart.size() == 2 ? folderPart + "\\" : folderPart);
     auto names = plainMatches(folder, pattern, spec, true);
     return names.empty() ? "" : names.front();
 }
@@ -187,7 +192,7 @@ std::string PosixFileSystem::firstMatch(const std::string& spec) {
 void PosixFileSystem::moveFile(const std::string& oldPath, const std::string& newPath) {
     std::string from = nativePath(drives_, oldPath);
     std::string to = nativePath(drives_, newPath);
-    struct stat st{};
+    struct stat st {};
     if (::lstat(from.c_str(), &st) != 0)
         throwErrno(errno, oldPath);
     if (::lstat(to.c_str(), &st) == 0)
@@ -211,7 +216,7 @@ void PosixFileSystem::copyFile(const std::string& source, const std::string& des
 
 void PosixFileSystem::deleteFile(const std::string& path) {
     std::string native = nativePath(drives_, path);
-    struct stat st{};
+    struct stat st {};
     if (::lstat(native.c_str(), &st) == 0 && S_ISDIR(st.st_mode))
         throw fileFailure(kFailAccessRefused);
     if (::unlink(native.c_str()) != 0)
@@ -226,7 +231,8 @@ void PosixFileSystem::makeFolder(const std::string& path) {
 
 void PosixFileSystem::deleteByPattern(const std::string& spec) {
     auto [folderPart, pattern] = splitLast(spec);
-    std::string folder = nativePath(drives_, folderPart.size() == 2 ? folderPart + "\\" : folderPart);
+    std::string folder =
+        nativePath(drives_, folderPart.size() == 2 ? folderPart + "\\" : folderPart);
     auto names = plainMatches(folder, pattern, spec, false);
     if (names.empty())
         throw fileFailure(kFailPathNotFound);

@@ -231,7 +231,6 @@ struct PosixProfileStore::Image {
 
     // Stores value under key (all Windows-1252); true when the text of the file changed.
     bool store(const std::string& section, const std::string& key, const std::string& value) {
-        std::string entry = key + "=" + value;
         bool changed = true;
         auto s = index.find(fold(section));
         if (s == index.end()) {
@@ -241,7 +240,7 @@ struct PosixProfileStore::Image {
             Section& sec = sections.emplace_back();
             sec.hasHeader = true;
             sec.header.text = "[" + section + "]";
-            sec.lines.push_back(Line{entry, Eol::CrLf});
+            sec.lines.push_back(Line{key + "=" + value, Eol::CrLf});
             sec.keys.emplace(fold(key), 0);
         } else {
             Section& sec = sections[s->second];
@@ -262,7 +261,7 @@ struct PosixProfileStore::Image {
                 if (before.eol == Eol::None)
                     before.eol = Eol::CrLf;
                 sec.lines.insert(sec.lines.begin() + static_cast<std::ptrdiff_t>(at),
-                                 Line{entry, Eol::CrLf});
+                                 Line{key + "=" + value, Eol::CrLf});
                 sec.keys.emplace(fold(key), static_cast<uint32_t>(at));
             }
         }
@@ -402,7 +401,7 @@ bool save(const std::string& native, PosixProfileStore::Image& image) {
     if (had) {
         if ((old.st_uid != ::geteuid() || old.st_gid != ::getegid()) &&
             ::fchown(out.fd, old.st_uid, old.st_gid) != 0) {
-            // Not ours to give away; the file then belongs to whoever stores it.
+            // Only root may give the file back to its owner; otherwise it becomes ours.
         }
         ok = ::fchmod(out.fd, old.st_mode & 0775) == 0;
     }

@@ -25,6 +25,7 @@ public:
     void beginBatch() override;
     void endBatch() override;
 
+    // The parsed file, and where a drive-form path leads; both live in the implementation.
     struct Image;
     struct Target;
 

@@ -62,7 +62,6 @@ QMessageBox::Icon iconOf(Icon icon) {
 
 } // namespace
 
-
 Answer QtMessageBoxes::show(const MessageBoxRequest& request) {
     QMessageBox box;
     box.setWindowTitle(QString::fromStdString(request.title));
