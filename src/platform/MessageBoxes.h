@@ -17,6 +17,9 @@ struct MessageBoxRequest {
     DefaultButton defaultButton = DefaultButton::First;
 };
 
+// The answer of a box closed on its default button.
+Answer defaultAnswer(Buttons buttons, DefaultButton which);
+
 // Shows a modal box and returns the answer.
 class MessageBoxes {
 public:

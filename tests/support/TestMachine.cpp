@@ -12,20 +12,7 @@ nv::Answer ScriptedBoxes::show(const nv::MessageBoxRequest& request) {
         answers_.pop_front();
         return next;
     }
-    int index = static_cast<int>(request.defaultButton);
-    switch (request.buttons) {
-    case nv::Buttons::OK:
-        return nv::Answer::OK;
-    case nv::Buttons::OKCancel:
-        return index == 0 ? nv::Answer::OK : nv::Answer::Cancel;
-    case nv::Buttons::YesNo:
-        return index == 0 ? nv::Answer::Yes : nv::Answer::No;
-    case nv::Buttons::YesNoCancel:
-        return index == 0 ? nv::Answer::Yes : index == 1 ? nv::Answer::No : nv::Answer::Cancel;
-    case nv::Buttons::RetryCancel:
-        return index == 0 ? nv::Answer::Retry : nv::Answer::Cancel;
-    }
-    return nv::Answer::OK;
+    return nv::defaultAnswer(request.buttons, request.defaultButton);
 }
 
 TestMachine::TestMachine() : saved_(nv::platform()) {
