@@ -25,12 +25,20 @@ void appendUtf8(std::string& out, char32_t c) {
     }
 }
 
+// Latin Extended-A (U+0100 to U+017F) without its accents, as the home platform's best fit
+// writes it; the letters the code page has itself are found above, '?' where nothing fits.
+constexpr char kBestFit[] =
+    "AaAaAaCcCcCcCcDdDdEeEeEeEeEeGgGgGgGgHhHhIiIiIiIiIi??JjKk?LlLlLlLlLlNnNnNn?NnOoOoOo??"
+    "RrRrRrSsSsSsSsTtTtTtUuUuUuUuUuUuWwYyYZzZzZz?";
+
 char byteFor(char32_t c) {
     if (c < 0x80 || (c >= 0xA0 && c <= 0xFF))
         return static_cast<char>(c);
     for (int i = 0; i < 32; ++i)
         if (kHighControls[i] == c)
             return static_cast<char>(0x80 + i);
+    if (c >= 0x100 && c <= 0x17F)
+        return kBestFit[c - 0x100];
     return '?';
 }
 

@@ -120,6 +120,14 @@ TEST_F(Profile, CreatesTheFileInWindows1252) {
     EXPECT_EQ(get("Basic settings", "dirfrom"), "C:\\Donn\xC3\xA9"
                                                 "es\\\xE2\x82\xAC\\?");
 
+    // Accented letters the code page lacks lose their accent.
+    EXPECT_TRUE(store.writeString("Basic settings", "DriveTarget",
+                                  "\xC5\x81\xC3\xB3"
+                                  "d\xC5\xBA \xC4\x87 \xC4\xB1 \xC4\x80",
+                                  ini));
+    EXPECT_EQ(get("Basic settings", "DriveTarget"), "L\xC3\xB3"
+                                                    "dz c i A");
+
     // No folder to put it in: the store fails and nothing is there afterwards.
     std::string lost = dir.drive("Missing\\NVbackuptool.ini");
     EXPECT_FALSE(store.writeString("Basic settings", "AantalFiles", "0", lost));
