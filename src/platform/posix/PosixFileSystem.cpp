@@ -183,8 +183,7 @@ std::string PosixFileSystem::firstMatch(const std::string& spec) {
             return "";
         return baseOf(native);
     }
-    std::string folder =
-        nativePath(drives_, folderPart.size() == 2 ? folderPart + "\\" : folderPart);
+    std::string folder = nativePath(drives_, folderPart);
     auto names = plainMatches(folder, pattern, spec, true);
     return names.empty() ? "" : names.front();
 }
@@ -231,8 +230,7 @@ void PosixFileSystem::makeFolder(const std::string& path) {
 
 void PosixFileSystem::deleteByPattern(const std::string& spec) {
     auto [folderPart, pattern] = splitLast(spec);
-    std::string folder =
-        nativePath(drives_, folderPart.size() == 2 ? folderPart + "\\" : folderPart);
+    std::string folder = nativePath(drives_, folderPart);
     auto names = plainMatches(folder, pattern, spec, false);
     if (names.empty())
         throw fileFailure(kFailPathNotFound);
