@@ -1,25 +1,36 @@
 #include "startup/Main.h"
-#include "mainwindow/StartWindows.h"
+#include "mainwindow/qt/StartWindows.h"
 #include "platform/Platform.h"
+#include "platform/qt/HelpKey.h"
 #include "platform/qt/QtMessageBoxes.h"
+#include "platform/qt/QtShell.h"
 #include "startup/AppSettings.h"
 
 #include <QApplication>
+#include <QIcon>
 
 int main(int argc, char** argv) {
     QApplication app(argc, argv);
     QApplication::setApplicationName(QString::fromStdString(nv::App.Title));
-    QApplication::setApplicationVersion(
-        QString("%1.%2.%3").arg(nv::App.Major).arg(nv::App.Minor).arg(nv::App.Revision));
+    QApplication::setApplicationVersion(QString::fromStdString(nv::fVersionText("")));
+    QIcon icon;
+    for (const char* size : {"", "-48", "-32"})
+        icon.addFile(QString(":/pictures/window-icon%1.png").arg(size));
+    QApplication::setWindowIcon(icon);
+    QApplication::setQuitOnLastWindowClosed(false);
 
     nv::QtMessageBoxes boxes;
+    nv::QtShell shell;
     nv::Platform machine = nv::nativePlatform();
     machine.boxes = &boxes;
+    machine.shell = &shell;
     nv::platform() = machine;
+
+    nv::HelpKey help;
+    app.installEventFilter(&help);
 
     nv::QtStartWindows windows;
     if (nv::Main(windows) == nv::MainOutcome::Ended)
         return 0;
-    // The program lives until its last window has closed.
     return app.exec();
 }

@@ -43,6 +43,25 @@ std::string shortDateText(Date date) {
     return buffer;
 }
 
+std::string mediumDateText(Date date) {
+    static const char* const months[] = {"jan", "feb", "mrt", "apr", "mei", "jun",
+                                         "jul", "aug", "sep", "okt", "nov", "dec"};
+    CivilDate c = civilFromDate(date);
+    char buffer[24];
+    std::snprintf(buffer, sizeof buffer, "%02d-%s-%04d", c.day, months[c.month - 1], c.year);
+    return buffer;
+}
+
+std::string shortTimeText(Moment moment) {
+    Moment ofDay = moment % kMsPerDay;
+    if (ofDay < 0)
+        ofDay += kMsPerDay;
+    int minutes = static_cast<int>(ofDay / 60'000);
+    char buffer[8];
+    std::snprintf(buffer, sizeof buffer, "%02d:%02d", minutes / 60, minutes % 60);
+    return buffer;
+}
+
 std::string isoDateText(Date date) {
     CivilDate c = civilFromDate(date);
     char buffer[16];

@@ -20,6 +20,10 @@ Date dateFromCivil(const CivilDate& civil);
 std::string shortDateText(Date date);
 // Reads dd-mm-yyyy, d-m-yyyy, dd/mm/yyyy and yyyy-mm-dd; nothing for text that is no date.
 std::optional<Date> parseShortDate(const std::string& text);
+// dd-mmm-yyyy with the Dutch short month name, as in 17-nov-2026.
+std::string mediumDateText(Date date);
+// HH:mm of a moment, as a clock on the screen shows it.
+std::string shortTimeText(Moment moment);
 // yyyy-mm-dd, as in the names of backup folders.
 std::string isoDateText(Date date);
 

@@ -6,6 +6,7 @@
 #include "platform/MessageBoxes.h"
 #include "platform/Process.h"
 #include "platform/ProfileStore.h"
+#include "platform/Shell.h"
 #include "platform/SpecialFolders.h"
 
 namespace nv {
@@ -19,11 +20,13 @@ struct Platform {
     Drives* drives = nullptr;
     MessageBoxes* boxes = nullptr;
     Process* process = nullptr;
+    Shell* shell = nullptr;
 };
 
 Platform& platform();
 
-// The native implementations of this build (posix or win32); message boxes stay unset.
+// The native implementations of this build (posix or win32); message boxes, and on Linux the shell,
+// stay unset.
 Platform nativePlatform();
 
 // Installs a platform for one scope and puts the previous one back.

@@ -1,6 +1,8 @@
 #include "platform/Wildcard.h"
 
+#include <algorithm>
 #include <cstdint>
+#include <utility>
 
 namespace nv {
 
@@ -114,6 +116,16 @@ std::string upperCase(const std::string& text) {
 
 bool equalsIgnoringCase(const std::string& a, const std::string& b) {
     return upperCase(a) == upperCase(b);
+}
+
+void sortIgnoringCase(std::vector<std::string>& names) {
+    std::vector<std::pair<std::string, std::string>> keyed;
+    keyed.reserve(names.size());
+    for (std::string& name : names)
+        keyed.emplace_back(upperCase(name), std::move(name));
+    std::sort(keyed.begin(), keyed.end());
+    for (std::size_t i = 0; i < keyed.size(); ++i)
+        names[i] = std::move(keyed[i].second);
 }
 
 } // namespace nv

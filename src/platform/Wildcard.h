@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace nv {
 
@@ -12,5 +13,7 @@ bool hasWildcards(const std::string& text);
 // Upper case of ASCII and Latin-1 letters in UTF-8 text, for compares that ignore case.
 std::string upperCase(const std::string& text);
 bool equalsIgnoringCase(const std::string& a, const std::string& b);
+// Sorts names without regard to case; names that differ in case alone keep one fixed order.
+void sortIgnoringCase(std::vector<std::string>& names);
 
 } // namespace nv

@@ -12,3 +12,12 @@ std::string AppPath() {
 }
 
 } // namespace nv
+
+namespace nv {
+
+std::string fVersionText(const std::string& word) {
+    return word + std::to_string(App.Major) + "." + std::to_string(App.Minor) + "." +
+           std::to_string(App.Revision);
+}
+
+} // namespace nv

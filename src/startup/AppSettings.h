@@ -36,6 +36,9 @@ struct AppRecord {
 
 extern AppRecord App;
 
+// The word followed by Major.Minor.Revision, as in "Versie 1.7.1".
+std::string fVersionText(const std::string& word);
+
 // App.Path: the folder of the running program, read afresh from the platform.
 std::string AppPath();
 

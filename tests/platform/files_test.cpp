@@ -1,15 +1,37 @@
 #include "platform/FileFailure.h"
+#include "platform/Wildcard.h"
 #include "startup/FileOps.h"
 #include "support/TestMachine.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <functional>
 #include <gtest/gtest.h>
+
+#ifdef _WIN32
+#include <windows.h>
+#else
+#include <unistd.h>
+#endif
 
 using namespace nv;
 namespace fs = std::filesystem;
 
 namespace {
+
+using Names = std::vector<std::string>;
+
+// A dot name is hidden on Linux; Windows wants the attribute as well.
+void hide(const nvtest::TempFolder& t, const std::string& relative) {
+#ifdef _WIN32
+    std::wstring path = t.native(relative).wstring();
+    ASSERT_TRUE(
+        SetFileAttributesW(path.c_str(), GetFileAttributesW(path.c_str()) | FILE_ATTRIBUTE_HIDDEN));
+#else
+    (void)t;
+    (void)relative;
+#endif
+}
 
 int32_t failureOf(const std::function<void()>& operation) {
     try {
@@ -102,5 +124,90 @@ TEST(Files, FoldersAndDeletionsReportTheirNumbers) {
     EXPECT_FALSE(t.exists("Backup2026-11-17"));
     EXPECT_EQ(failureOf([&] { subDeleteFile(t.drive("weg.txt")); }), kFailPathNotFound);
 }
+
+TEST(Files, ListingsAreSortedWithoutCaseAndLeaveOutHiddenEntries) {
+    nvtest::TestMachine machine;
+    auto& t = machine.temp;
+    nv::FileSystem& files = *machine.platform.files;
+    t.write("Doel/beta.NVD", "x");
+    t.write("Doel/Alfa.nvd", "x");
+    t.write("Doel/gamma.ini", "x");
+    t.write("Doel/LEESMIJ", "x");
+    t.write("Doel/Backup2026-11-17/NV.ini", "x");
+    fs::create_directories(t.native("Doel/archief"));
+    fs::create_directories(t.native("Doel/zeta"));
+    t.write("Doel/.verborgen.nvd", "x");
+    hide(t, "Doel/.verborgen.nvd");
+    fs::create_directories(t.native("Doel/.oud"));
+    hide(t, "Doel/.oud");
+    // Left by a copy that never got as far as hiding it.
+    t.write("Doel/.Alfa.nvd.nvtmp-4242-0", "half");
+
+    Names folders{"archief", "Backup2026-11-17", "zeta"};
+    EXPECT_EQ(files.listFolders(t.drive("Doel")), folders);
+    EXPECT_EQ(files.listFolders(t.drive("DOEL\\")), folders);
+    Names all{"Alfa.nvd", "beta.NVD", "gamma.ini", "LEESMIJ"};
+    EXPECT_EQ(files.listFiles(t.drive("Doel"), "*.*"), all);
+    EXPECT_EQ(files.listFiles(t.drive("doel\\"), "*"), all);
+    EXPECT_EQ(files.listFiles(t.drive("Doel"), "*.NVD"), (Names{"Alfa.nvd", "beta.NVD"}));
+    EXPECT_EQ(files.listFiles(t.drive("Doel"), "leesmij"), Names{"LEESMIJ"});
+    EXPECT_EQ(files.listFiles(t.drive("Doel"), "*."), Names{"LEESMIJ"});
+    EXPECT_EQ(files.listFiles(t.drive("Doel"), "*.mdb"), Names{});
+    EXPECT_EQ(files.listFolders(t.drive("Doel\\zeta")), Names{});
+    EXPECT_EQ(files.listFiles(t.drive("Doel\\zeta"), "*.*"), Names{});
+}
+
+TEST(Files, ListingAFolderThatIsNotThereFailsAndADriveRootLists) {
+    nvtest::TestMachine machine;
+    auto& t = machine.temp;
+    nv::FileSystem& files = *machine.platform.files;
+    t.write("bestand.txt", "x");
+    EXPECT_EQ(failureOf([&] { files.listFolders(t.drive("weg")); }), kFailPathNotFound);
+    EXPECT_EQ(failureOf([&] { files.listFiles(t.drive("weg"), "*.*"); }), kFailPathNotFound);
+    EXPECT_EQ(failureOf([&] { files.listFiles(t.drive("bestand.txt"), "*.*"); }),
+              kFailPathNotFound);
+
+    char missing = 0;
+    for (char letter = 'Z'; letter > 'C' && !missing; --letter)
+        if (!machine.platform.drives->ready(letter))
+            missing = letter;
+    ASSERT_NE(missing, 0);
+    EXPECT_EQ(failureOf([&] { files.listFolders(std::string(1, missing) + ":\\"); }),
+              kFailDeviceUnavailable);
+
+    // The drive of the temporary folder, and the first folder on the way down to it.
+    std::string path = t.drive();
+    std::string root = path.substr(0, 2);
+    std::string first = path.substr(3, path.find('\\', 3) - 3);
+    Names top = files.listFolders(root + "\\");
+    EXPECT_EQ(files.listFolders(root), top);
+    EXPECT_TRUE(std::any_of(top.begin(), top.end(), [&](const std::string& name) {
+        return equalsIgnoringCase(name, first);
+    })) << first;
+    EXPECT_TRUE(std::is_sorted(top.begin(), top.end(), [](const auto& a, const auto& b) {
+        return upperCase(a) < upperCase(b);
+    }));
+    EXPECT_NO_THROW(files.listFiles(root + "\\", "*.*"));
+}
+
+#ifndef _WIN32
+TEST(Files, LinkedEntriesListAsWhatTheyPointTo) {
+    nvtest::TestMachine machine;
+    auto& t = machine.temp;
+    nv::FileSystem& files = *machine.platform.files;
+    t.write("echt/data.nvd", "x");
+    fs::create_directories(t.native("map/Sub"));
+    fs::create_directory_symlink(t.native("echt"), t.native("map/naar-map"));
+    fs::create_symlink(t.native("echt/data.nvd"), t.native("map/Naar-bestand.nvd"));
+    fs::create_symlink(t.native("echt/weg.nvd"), t.native("map/kapot.nvd"));
+    EXPECT_EQ(files.listFolders(t.drive("map")), (Names{"naar-map", "Sub"}));
+    EXPECT_EQ(files.listFiles(t.drive("map"), "*.nvd"), Names{"Naar-bestand.nvd"});
+
+    if (::geteuid() != 0) {
+        fs::permissions(t.native("echt"), fs::perms::none);
+        EXPECT_EQ(failureOf([&] { files.listFiles(t.drive("echt"), "*.*"); }), kFailAccessRefused);
+    }
+}
+#endif
 
 } // namespace

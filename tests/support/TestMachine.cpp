@@ -1,7 +1,11 @@
 #include "support/TestMachine.h"
 
 #include "platform/DateText.h"
+#include "platform/NativeForm.h"
 #include "startup/AppSettings.h"
+
+#include <fstream>
+#include <iterator>
 
 namespace nvtest {
 
@@ -15,6 +19,12 @@ nv::Answer ScriptedBoxes::show(const nv::MessageBoxRequest& request) {
     return nv::defaultAnswer(request.buttons, request.defaultButton);
 }
 
+void RecordingShell::open(const std::string& path) {
+    opened.push_back(path);
+    std::ifstream in(nv::nativeFormOf(path), std::ios::binary);
+    contents.emplace_back(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+}
+
 TestMachine::TestMachine() : saved_(nv::platform()) {
     clock.date = nv::dateFromCivil({2026, 11, 17});
     platform = nv::nativePlatform();
@@ -22,6 +32,7 @@ TestMachine::TestMachine() : saved_(nv::platform()) {
     platform.clock = &clock;
     platform.folders = &folders;
     platform.process = &process;
+    platform.shell = &shell;
     nv::platform() = platform;
     nv::AppSettings = nv::AppSettingsRecord{};
     nv::App = nv::AppRecord{};

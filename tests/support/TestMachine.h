@@ -25,8 +25,9 @@ private:
 class FixedClock : public nv::Clock {
 public:
     nv::Date today() override { return date; }
-    nv::TimeOfDay now() override { return {10, 30, 0}; }
+    nv::Moment now() override { return date * nv::kMsPerDay + timeOfDay; }
     nv::Date date = 0;
+    nv::Moment timeOfDay = 10 * 3'600'000 + 30 * 60'000;
 };
 
 class FixedFolders : public nv::SpecialFolders {
@@ -44,6 +45,14 @@ public:
     std::string path;
 };
 
+// Keeps what it was asked to open, with the bytes the file held at that moment.
+class RecordingShell : public nv::Shell {
+public:
+    void open(const std::string& path) override;
+    std::vector<std::string> opened;
+    std::vector<std::string> contents;
+};
+
 // The real files and profile services of this machine over a temporary folder, with the
 // clock, the special folders, the program's folder and the boxes in the test's hands.
 // 17-11-2026 is today.
@@ -57,6 +66,7 @@ public:
     FixedClock clock;
     FixedFolders folders;
     FixedProcess process;
+    RecordingShell shell;
     nv::Platform platform;
 
 private:

@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <dirent.h>
 #include <fcntl.h>
+#include <functional>
 #include <memory>
 #include <stdio.h>
 #include <sys/stat.h>
@@ -18,20 +19,27 @@ namespace nv {
 
 namespace {
 
-constexpr const char* kTempMark = ".nvtmp-";
-
 bool isHidden(const std::string& name) {
     return !name.empty() && name[0] == '.';
 }
 
-bool isRegular(const std::string& folder, const dirent* entry) {
+enum class EntryKind { Other, File, Folder };
+
+// What an entry is, links followed: a dangling link is neither file nor folder.
+EntryKind kindOf(const std::string& folder, const dirent* entry) {
     if (entry->d_type == DT_REG)
-        return true;
+        return EntryKind::File;
+    if (entry->d_type == DT_DIR)
+        return EntryKind::Folder;
     if (entry->d_type != DT_LNK && entry->d_type != DT_UNKNOWN)
-        return false;
+        return EntryKind::Other;
     struct stat st {};
     std::string path = folder + "/" + entry->d_name;
-    return ::stat(path.c_str(), &st) == 0 && S_ISREG(st.st_mode);
+    if (::stat(path.c_str(), &st) != 0)
+        return EntryKind::Other;
+    return S_ISREG(st.st_mode)   ? EntryKind::File
+           : S_ISDIR(st.st_mode) ? EntryKind::Folder
+                                 : EntryKind::Other;
 }
 
 struct Fd {
@@ -59,29 +67,47 @@ void syncFolder(const std::string& folder) {
     }
 }
 
-// Plain files of a folder whose names match pattern, in the folder's order.
-std::vector<std::string> plainMatches(const std::string& folder, const std::string& pattern,
-                                      const std::string& drivePath, bool firstOnly) {
-    std::vector<std::string> names;
-    DIR* dir = ::opendir(folder.c_str());
+// Hands take every entry of folder that is not hidden. A folder that is not there has no
+// entries unless required; any other that cannot be read throws.
+void readFolder(const std::string& folder, const std::string& drivePath, bool required,
+                const std::function<void(const dirent*)>& take) {
+    std::unique_ptr<DIR, int (*)(DIR*)> dir(::opendir(folder.c_str()), ::closedir);
     if (!dir) {
-        if (errno == ENOENT || errno == ENOTDIR)
-            return names;
+        if (!required && (errno == ENOENT || errno == ENOTDIR))
+            return;
         throwErrno(errno, drivePath);
     }
+    for (;;) {
+        errno = 0;
+        dirent* entry = ::readdir(dir.get());
+        if (!entry) {
+            // A drive pulled halfway must not pass for the end of the list.
+            if (errno != 0)
+                throwErrno(errno, drivePath);
+            return;
+        }
+        if (!isHidden(entry->d_name))
+            take(entry);
+    }
+}
+
+// Plain files of a folder whose names match pattern, in the folder's order.
+std::vector<std::string> plainMatches(const std::string& folder, const std::string& pattern,
+                                      const std::string& drivePath, bool firstOnly,
+                                      bool required = false) {
+    std::vector<std::string> names;
     std::string best;
-    while (dirent* entry = ::readdir(dir)) {
+    readFolder(folder, drivePath, required, [&](const dirent* entry) {
         std::string name = entry->d_name;
-        if (isHidden(name) || !wildcardMatch(pattern, name) || !isRegular(folder, entry))
-            continue;
+        if (!wildcardMatch(pattern, name) || kindOf(folder, entry) != EntryKind::File)
+            return;
         if (!firstOnly) {
             names.push_back(name);
         } else if (best.empty() || upperCase(name) < upperCase(best)) {
             // The home platform lists names in order; keep the answer the same on any disk.
             best = name;
         }
-    }
-    ::closedir(dir);
+    });
     if (firstOnly && !best.empty())
         names.push_back(best);
     return names;
@@ -102,7 +128,7 @@ void copyNative(const std::string& source, const std::string& destination,
         throw fileFailure(kFailAccessRefused);
 
     static std::atomic<unsigned> counter{0};
-    std::string temp = parentOf(destination) + "/." + baseOf(destination) + kTempMark +
+    std::string temp = parentOf(destination) + "/." + baseOf(destination) + kCopyTemporaryMark +
                        std::to_string(::getpid()) + "-" + std::to_string(counter++);
     Fd out;
     out.fd = ::open(temp.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
@@ -129,10 +155,6 @@ void copyNative(const std::string& source, const std::string& destination,
 }
 
 } // namespace
-
-bool isCopyTemporary(const std::string& name) {
-    return isHidden(name) && name.find(kTempMark) != std::string::npos;
-}
 
 int copyBytes(int from, int to) {
     bool fast = true;
@@ -222,6 +244,27 @@ void PosixFileSystem::deleteFile(const std::string& path) {
         throwErrno(errno, path);
 }
 
+void PosixFileSystem::writeFile(const std::string& path, const std::string& bytes) {
+    Fd out;
+    out.fd =
+        ::open(nativePath(drives_, path).c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
+    if (out.fd < 0)
+        throwErrno(errno, path);
+    std::size_t done = 0;
+    while (done < bytes.size()) {
+        ssize_t n = ::write(out.fd, bytes.data() + done, bytes.size() - done);
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n < 0)
+            throwErrno(errno, path);
+        done += static_cast<std::size_t>(n);
+    }
+    int fd = out.fd;
+    out.fd = -1;
+    if (::close(fd) != 0)
+        throwErrno(errno, path);
+}
+
 void PosixFileSystem::makeFolder(const std::string& path) {
     std::string native = nativePath(drives_, path);
     if (::mkdir(native.c_str(), 0777) != 0)
@@ -250,6 +293,25 @@ void PosixFileSystem::removeFolder(const std::string& path) {
     std::string native = nativePath(drives_, path);
     if (::rmdir(native.c_str()) != 0)
         throwErrno(errno, path);
+}
+
+std::vector<std::string> PosixFileSystem::listFolders(const std::string& folder) {
+    std::string native = nativePath(drives_, folder);
+    std::vector<std::string> names;
+    readFolder(native, folder, true, [&](const dirent* entry) {
+        if (kindOf(native, entry) == EntryKind::Folder)
+            names.emplace_back(entry->d_name);
+    });
+    sortIgnoringCase(names);
+    return names;
+}
+
+std::vector<std::string> PosixFileSystem::listFiles(const std::string& folder,
+                                                    const std::string& pattern) {
+    // Copy temporaries start with a dot, so the hidden ones never reach the list.
+    auto names = plainMatches(nativePath(drives_, folder), pattern, folder, false, true);
+    sortIgnoringCase(names);
+    return names;
 }
 
 } // namespace nv

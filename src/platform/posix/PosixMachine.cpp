@@ -61,9 +61,14 @@ Date PosixClock::today() {
     return dateFromCivil({local.tm_year + 1900, local.tm_mon + 1, local.tm_mday});
 }
 
-TimeOfDay PosixClock::now() {
-    std::tm local = localNow();
-    return {local.tm_hour, local.tm_min, local.tm_sec};
+Moment PosixClock::now() {
+    timespec stamp{};
+    ::clock_gettime(CLOCK_REALTIME, &stamp);
+    std::tm local{};
+    ::localtime_r(&stamp.tv_sec, &local);
+    Date date = dateFromCivil({local.tm_year + 1900, local.tm_mon + 1, local.tm_mday});
+    Moment ofDay = ((local.tm_hour * 60 + local.tm_min) * 60 + local.tm_sec) * Moment{1000};
+    return date * kMsPerDay + ofDay + stamp.tv_nsec / 1'000'000;
 }
 
 std::string PosixProcess::appPath() {

@@ -20,7 +20,7 @@ private:
 class PosixClock : public Clock {
 public:
     Date today() override;
-    TimeOfDay now() override;
+    Moment now() override;
 };
 
 class PosixProcess : public Process {

@@ -12,6 +12,7 @@ Platform nativePlatform() {
     static Win32Clock clock;
     static Win32Drives drives;
     static Win32Process process;
+    static Win32Shell shell;
     Platform p;
     p.files = &files;
     p.profiles = &profiles;
@@ -19,6 +20,7 @@ Platform nativePlatform() {
     p.clock = &clock;
     p.drives = &drives;
     p.process = &process;
+    p.shell = &shell;
     return p;
 }
 

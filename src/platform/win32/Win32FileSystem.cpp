@@ -7,6 +7,7 @@
 #include <windows.h>
 
 #include <atomic>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -62,40 +63,69 @@ std::wstring folderOf(const std::wstring& path) {
     return path.substr(0, cut + 1);
 }
 
-// Bare names of the plain files that match spec, in directory order; at most one if first.
-std::vector<std::wstring> plainMatches(const std::wstring& spec, bool first) {
+bool isFolder(const std::wstring& path) {
+    DWORD attributes = GetFileAttributesW(path.c_str());
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY);
+}
+
+// Hands take every entry a search finds, "." and ".." aside, until it returns false. A search
+// in a folder that is not there finds nothing, unless the folder is required: then it is 76.
+void findEach(const std::wstring& spec, bool required,
+              const std::function<bool(const WIN32_FIND_DATAW&)>& take) {
     QuietDriveErrors quiet;
-    std::vector<std::wstring> names;
     WIN32_FIND_DATAW data;
     FindHandle find(
         FindFirstFileExW(spec.c_str(), FindExInfoBasic, &data, FindExSearchNameMatch, nullptr, 0));
-    std::wstring folder = folderOf(spec);
     if (find.get() == INVALID_HANDLE_VALUE) {
         DWORD error = GetLastError();
         FileFailure failure = failureFor(error, spec);
-        if (failure.Number == kFailPathNotFound)
-            return names;
+        std::wstring folder = folderOf(spec);
         // Wine calls a search below a plain file a bad name; it is a folder that is not there.
-        if (failure.Number == kFailBadFileName && !folder.empty()) {
-            DWORD attributes = GetFileAttributesW(folder.c_str());
-            if (attributes == INVALID_FILE_ATTRIBUTES || !(attributes & FILE_ATTRIBUTE_DIRECTORY))
-                return names;
-        }
-        throw failure;
+        bool missing = failure.Number == kFailPathNotFound ||
+                       (failure.Number == kFailBadFileName && !folder.empty() && !isFolder(folder));
+        if (!missing)
+            throw failure;
+        // Nothing matched (an empty drive root has no "." either) in a folder that is there.
+        if (!required || (error == ERROR_FILE_NOT_FOUND && isFolder(folder)))
+            return;
+        throw failureFor(ERROR_PATH_NOT_FOUND, spec);
     }
+    do {
+        const wchar_t* name = data.cFileName;
+        if (name[0] == L'.' && (name[1] == L'\0' || (name[1] == L'.' && name[2] == L'\0')))
+            continue;
+        if (!take(data))
+            return;
+    } while (FindNextFileW(find.get(), &data));
+    // A drive pulled halfway must not pass for the end of the list.
+    DWORD error = GetLastError();
+    if (error != ERROR_NO_MORE_FILES)
+        throwFailure(error, spec);
+}
+
+// Bare names of the plain files that match spec, in directory order; at most one if first.
+std::vector<std::wstring> plainMatches(const std::wstring& spec, bool first) {
+    std::vector<std::wstring> names;
     // The system also matches a pattern against 8.3 short names ("*.txt" finds "a.txtx"), and
     // Wine takes "*." for "*"; the long name decides, as on the Linux build.
-    std::string pattern = utf8FromWide(spec.substr(folder.size()));
+    std::string pattern = utf8FromWide(spec.substr(folderOf(spec).size()));
     bool wildcards = hasWildcards(pattern);
-    do {
-        if ((data.dwFileAttributes & kNotPlain) == 0 &&
-            (!wildcards || wildcardMatch(pattern, utf8FromWide(data.cFileName)))) {
-            names.emplace_back(data.cFileName);
-            if (first)
-                break;
-        }
-    } while (FindNextFileW(find.get(), &data));
+    findEach(spec, false, [&](const WIN32_FIND_DATAW& data) {
+        if ((data.dwFileAttributes & kNotPlain) != 0 ||
+            (wildcards && !wildcardMatch(pattern, utf8FromWide(data.cFileName))))
+            return true;
+        names.emplace_back(data.cFileName);
+        return !first;
+    });
     return names;
+}
+
+// The search for every entry of a drive-form folder, given with or without its backslash.
+std::wstring everythingIn(const std::string& folder) {
+    std::wstring wide = widePath(folder);
+    if (wide.back() != L'\\')
+        wide += L'\\';
+    return wide + L"*";
 }
 
 // Hidden by its leading dot and marked as ours, like the copies of the Linux build.
@@ -105,8 +135,8 @@ std::wstring temporaryName(const std::wstring& destination) {
     std::wstring folder =
         cut == std::wstring::npos ? std::wstring() : destination.substr(0, cut + 1);
     std::wstring base = cut == std::wstring::npos ? destination : destination.substr(cut + 1);
-    return folder + L"." + base + L".nvtmp-" + std::to_wstring(GetCurrentProcessId()) + L"-" +
-           std::to_wstring(counter++);
+    return folder + L"." + base + wideFromUtf8(kCopyTemporaryMark) +
+           std::to_wstring(GetCurrentProcessId()) + L"-" + std::to_wstring(counter++);
 }
 
 void discard(const std::wstring& path) {
@@ -190,6 +220,21 @@ void Win32FileSystem::deleteFile(const std::string& path) {
         throwFailure(GetLastError(), wide);
 }
 
+void Win32FileSystem::writeFile(const std::string& path, const std::string& bytes) {
+    std::wstring wide = widePath(path);
+    QuietDriveErrors quiet;
+    HANDLE out = CreateFileW(wide.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
+                             FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (out == INVALID_HANDLE_VALUE)
+        throwFailure(GetLastError(), wide);
+    DWORD written = 0;
+    BOOL ok = WriteFile(out, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
+    DWORD error = GetLastError();
+    CloseHandle(out);
+    if (!ok || written != bytes.size())
+        throwFailure(ok ? ERROR_WRITE_FAULT : error, wide);
+}
+
 void Win32FileSystem::makeFolder(const std::string& path) {
     std::wstring wide = widePath(path);
     QuietDriveErrors quiet;
@@ -214,6 +259,34 @@ void Win32FileSystem::removeFolder(const std::string& path) {
     std::wstring wide = widePath(path);
     if (!RemoveDirectoryW(wide.c_str()))
         throwFailure(GetLastError(), wide);
+}
+
+std::vector<std::string> Win32FileSystem::listFolders(const std::string& folder) {
+    std::vector<std::string> names;
+    findEach(everythingIn(folder), true, [&](const WIN32_FIND_DATAW& data) {
+        if ((data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) &&
+            !(data.dwFileAttributes & FILE_ATTRIBUTE_HIDDEN))
+            names.push_back(utf8FromWide(data.cFileName));
+        return true;
+    });
+    sortIgnoringCase(names);
+    return names;
+}
+
+std::vector<std::string> Win32FileSystem::listFiles(const std::string& folder,
+                                                    const std::string& pattern) {
+    std::vector<std::string> names;
+    // Every entry, the pattern applied here: the system's own matching also looks at 8.3 names.
+    findEach(everythingIn(folder), true, [&](const WIN32_FIND_DATAW& data) {
+        if ((data.dwFileAttributes & kNotPlain) != 0)
+            return true;
+        std::string name = utf8FromWide(data.cFileName);
+        if (!isCopyTemporary(name) && wildcardMatch(pattern, name))
+            names.push_back(std::move(name));
+        return true;
+    });
+    sortIgnoringCase(names);
+    return names;
 }
 
 } // namespace nv

@@ -11,9 +11,13 @@ public:
     void moveFile(const std::string& oldPath, const std::string& newPath) override;
     void copyFile(const std::string& source, const std::string& destination) override;
     void deleteFile(const std::string& path) override;
+    void writeFile(const std::string& path, const std::string& bytes) override;
     void makeFolder(const std::string& path) override;
     void deleteByPattern(const std::string& spec) override;
     void removeFolder(const std::string& path) override;
+    std::vector<std::string> listFolders(const std::string& folder) override;
+    std::vector<std::string> listFiles(const std::string& folder,
+                                       const std::string& pattern) override;
 };
 
 } // namespace nv

@@ -4,6 +4,7 @@
 #include "platform/win32/Win32Text.h"
 
 #include <objbase.h>
+#include <shellapi.h>
 #include <shlobj.h>
 #include <windows.h>
 
@@ -50,10 +51,12 @@ Date Win32Clock::today() {
     return dateFromCivil({local.wYear, local.wMonth, local.wDay});
 }
 
-TimeOfDay Win32Clock::now() {
+Moment Win32Clock::now() {
     SYSTEMTIME local;
     GetLocalTime(&local);
-    return {local.wHour, local.wMinute, local.wSecond};
+    Date date = dateFromCivil({local.wYear, local.wMonth, local.wDay});
+    Moment ofDay = ((local.wHour * 60 + local.wMinute) * 60 + local.wSecond) * Moment{1000};
+    return date * kMsPerDay + ofDay + local.wMilliseconds;
 }
 
 std::vector<DriveInfo> Win32Drives::list() {
@@ -98,6 +101,15 @@ std::string Win32Process::appPath() {
     // A program at the root keeps its backslash: C:\ rather than C:.
     path.resize(cut == 2 && path[1] == L':' ? cut + 1 : cut);
     return utf8FromWide(path);
+}
+
+} // namespace nv
+
+namespace nv {
+
+void Win32Shell::open(const std::string& path) {
+    // The result is not looked at: without a program for the file, nothing is said.
+    ShellExecuteA(nullptr, "open", ansiFromUtf8(path).c_str(), "", "", 0);
 }
 
 } // namespace nv

@@ -3,6 +3,7 @@
 #include "platform/Clock.h"
 #include "platform/Drives.h"
 #include "platform/Process.h"
+#include "platform/Shell.h"
 #include "platform/SpecialFolders.h"
 
 namespace nv {
@@ -15,7 +16,7 @@ public:
 class Win32Clock : public Clock {
 public:
     Date today() override;
-    TimeOfDay now() override;
+    Moment now() override;
 };
 
 class Win32Drives : public Drives {
@@ -27,6 +28,11 @@ public:
 class Win32Process : public Process {
 public:
     std::string appPath() override;
+};
+
+class Win32Shell : public Shell {
+public:
+    void open(const std::string& path) override;
 };
 
 } // namespace nv

@@ -1,0 +1,412 @@
+#include "mainwindow/qt/FrmMain.h"
+
+#include "mainwindow/StatusTexts.h"
+#include "mainwindow/qt/ShapeControl.h"
+#include "mainwindow/qt/TargetLists.h"
+#include "platform/DateText.h"
+#include "platform/FileFailure.h"
+#include "platform/Platform.h"
+#include "platform/qt/ControlNames.h"
+#include "platform/qt/Twips.h"
+#include "sidewindows/qt/FrmAbout.h"
+#include "startup/AppSettings.h"
+#include "startup/MsgBox.h"
+#include "startup/Settings.h"
+
+#include <QApplication>
+#include <QGroupBox>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMenuBar>
+#include <QPushButton>
+#include <QScreen>
+#include <QStatusBar>
+#include <QTimer>
+#include <QVBoxLayout>
+#include <functional>
+
+namespace nv {
+
+namespace {
+
+constexpr int kMinimumHeight = 9000;
+const QColor kRed(255, 0, 0);
+// The face of scroll bars on the home platform, behind the last-backup line.
+const QColor kScrollBarFace(200, 200, 200);
+
+QString fromStd(const std::string& text) {
+    return QString::fromStdString(text);
+}
+
+QFont sansFont(double points, bool bold = false) {
+    QFont font = QApplication::font();
+    font.setPointSizeF(points);
+    font.setBold(bold);
+    return font;
+}
+
+void colourText(QWidget* widget, const QColor& colour) {
+    QPalette palette = widget->palette();
+    palette.setColor(QPalette::WindowText, colour);
+    palette.setColor(QPalette::Text, colour);
+    widget->setPalette(palette);
+}
+
+QPushButton* button(QWidget* parent, const char* name, const QString& caption, QRect where,
+                    bool bold = false) {
+    auto* made = named(new QPushButton(caption, parent), name, {});
+    made->setGeometry(where);
+    if (bold)
+        made->setFont(sansFont(9.75, true));
+    return made;
+}
+
+} // namespace
+
+FrmMain::FrmMain(QWidget* parent) : QMainWindow(parent) {
+    setObjectName("FrmMain");
+    setWindowTitle("Norvale Backup & Restore ");
+    setAccessibleName(windowTitle());
+    setFont(sansFont(8.25));
+
+    auto* central = new QWidget(this);
+    auto* column = new QVBoxLayout(central);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    auto* canvas = new QWidget(central);
+    canvas->setObjectName("FrmMainCanvas");
+    column->addWidget(canvas, 1);
+    PicRestore = named(new QWidget(central), "PicRestore", "Terugzetten stap voor stap");
+    PicRestore->setFixedHeight(twips(2775));
+    PicRestore->hide();
+    column->addWidget(PicRestore);
+    setCentralWidget(central);
+
+    buildControls(canvas);
+    buildMenus();
+    buildStatusBar();
+    setTabOrder();
+
+    Timer1 = new QTimer(this);
+    Timer1->setObjectName("Timer1");
+    Timer1->setInterval(1000);
+    connect(Timer1, &QTimer::timeout, this, &FrmMain::Timer1_Timer);
+    connect(CmdVervers, &QPushButton::clicked, this, &FrmMain::CmdVervers_Click);
+
+    resize(twips(10020), twips(10305));
+}
+
+void FrmMain::buildControls(QWidget* canvas) {
+    TxtLastBackup = named(new QLineEdit(canvas), "TxtLastBackup", "Laatste backup");
+    TxtLastBackup->setGeometry(twipsRect(240, 120, 7695, 375));
+    TxtLastBackup->setFont(sansFont(9.75));
+    QPalette palette = TxtLastBackup->palette();
+    palette.setColor(QPalette::Text, kRed);
+    palette.setColor(QPalette::Base, kScrollBarFace);
+    TxtLastBackup->setPalette(palette);
+
+    Label1 =
+        named(new QLabel("Onderstaande bestanden worden naar de backupschijf verzonden", canvas),
+              "Label1", {});
+    Label1->setGeometry(twipsRect(240, 720, 8775, 375));
+    Label1->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+
+    LstSelectedFiles =
+        named(new QListWidget(canvas), "LstSelectedFiles", "Geselecteerde bestanden");
+    LstSelectedFiles->setGeometry(twipsRect(240, 1080, 9375, 2010));
+    LstSelectedFiles->setSelectionMode(QAbstractItemView::ExtendedSelection);
+
+    Cmd_Backup = button(canvas, "Cmd_Backup", "Back Up", twipsRect(240, 3240, 2175, 495), true);
+    QPalette green = Cmd_Backup->palette();
+    green.setColor(QPalette::Button, QColor(0, 192, 0));
+    Cmd_Backup->setPalette(green);
+    CmdSelectFiles = button(canvas, "CmdSelectFiles", "Voeg bestand toe aan lijst",
+                            twipsRect(5040, 3240, 2175, 375));
+    CmdVerwijder = button(canvas, "CmdVerwijder", "Verwijder bestand uit lijst",
+                          twipsRect(7440, 3240, 2175, 375));
+
+    fraDirectory = named(new QGroupBox("Inhoud Backup schijf", canvas), "fraDirectory", {});
+    fraDirectory->setGeometry(twipsRect(240, 4320, 9375, 2655));
+    TargetDrive = named(new DriveListBox(fraDirectory), "TargetDrive", "Doelstation");
+    TargetDrive->setGeometry(twipsRect(120, 240, 2655, 315));
+    TargetDirectories = named(new DirListBox(fraDirectory), "TargetDirectories", "Mappen");
+    TargetDirectories->setGeometry(twipsRect(3000, 240, 2775, 1440));
+    TargetFileLst = named(new FileListBox(fraDirectory), "TargetFileLst", "Bestanden");
+    TargetFileLst->setGeometry(twipsRect(6000, 240, 3015, 1455));
+    LblStation = named(new QLabel(fraDirectory), "LblStation", {});
+    LblStation->setGeometry(twipsRect(225, 765, 2625, 1590));
+    LblStation->setFont(sansFont(9.75, true));
+    LblStation->setWordWrap(true);
+    LblStation->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    colourText(LblStation, kRed);
+    Lbl_InhoudDir = named(new QLabel(fraDirectory), "Lbl_InhoudDir", {});
+    Lbl_InhoudDir->setGeometry(twipsRect(6000, 1800, 3015, 615));
+    Lbl_InhoudDir->setWordWrap(true);
+    Lbl_InhoudDir->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    CmdDeleteDir =
+        button(fraDirectory, "CmdDeleteDir", "Verwijder map", twipsRect(2955, 1890, 2775, 615));
+    CmdDeleteDir->hide();
+    CmdVervers =
+        button(fraDirectory, "CmdVervers", "Ververs", twipsRect(2955, 1890, 2775, 615), true);
+    CmdVervers->hide();
+
+    CmdRestore = button(canvas, "CmdRestore", "Terugzetten Backup . . .",
+                        twipsRect(240, 7080, 2175, 495), true);
+    CmdRestore->hide();
+
+    Shape1 = named(new ShapeControl(canvas), "Shape1", "Markering");
+    Shape1->setGeometry(twipsRect(9240, 1080, 975, 975));
+    Shape1->hide();
+
+    TargetDrive->Change = [this] { TargetDrive_Change(); };
+    TargetDirectories->Change = [this] { TargetDirectories_Change(); };
+}
+
+void FrmMain::buildMenus() {
+    auto item = [this](QMenu* menu, const char* name, const QString& caption) {
+        QAction* action = menu->addAction(caption);
+        action->setObjectName(name);
+        return action;
+    };
+    MnuBestand = menuBar()->addMenu("&Bestand");
+    MnuBestand->setObjectName("MnuBestand");
+    MoVoegToe = item(MnuBestand, "MoVoegToe", "Voeg bestand toe");
+    MoVerwijder = item(MnuBestand, "MoVerwijder", "Verwijder uit lijst");
+    MoAfsluiten = item(MnuBestand, "MoAfsluiten", "Afsluiten");
+    mnuExecute = menuBar()->addMenu("&Uitvoeren");
+    mnuExecute->setObjectName("mnuExecute");
+    moBackUp = item(mnuExecute, "moBackUp", "Back up");
+    moRestore = item(mnuExecute, "moRestore", "Terugzetten backup (stap voor stap)");
+    moRestore->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_R));
+    MnuHelp = menuBar()->addMenu("&Help");
+    MnuHelp->setObjectName("MnuHelp");
+    MoHelp = item(MnuHelp, "MoHelp", "Help F1");
+    MoAbout = item(MnuHelp, "MoAbout", "About");
+
+    connect(MoAfsluiten, &QAction::triggered, this, &FrmMain::MoAfsluiten_Click);
+    connect(MoHelp, &QAction::triggered, this, &FrmMain::MoHelp_Click);
+    connect(MoAbout, &QAction::triggered, this, &FrmMain::MoAbout_Click);
+}
+
+void FrmMain::buildStatusBar() {
+    StatusBar = statusBar();
+    StatusBar->setObjectName("StatusBar");
+    StatusBar->setAccessibleName("Statusbalk");
+    StatusBar->setSizeGripEnabled(true);
+    StatusBar->setMinimumHeight(twips(375));
+    const int widths[4] = {4000, 2000, 1440, 1440};
+    const char* names[4] = {"StatusBar_Panel1", "StatusBar_Panel2", "StatusBar_Panel3",
+                            "StatusBar_Panel4"};
+    for (int i = 0; i < 4; ++i) {
+        panels_[i] = new QLabel(StatusBar);
+        panels_[i]->setObjectName(names[i]);
+        panels_[i]->setFixedWidth(twips(widths[i]));
+        panels_[i]->setFrameStyle(QFrame::Panel | QFrame::Sunken);
+        StatusBar->addWidget(panels_[i]);
+    }
+    // Panels 3 and 4 are the status bar's own clock and date.
+    clock_ = new QTimer(this);
+    clock_->setInterval(1000);
+    connect(clock_, &QTimer::timeout, this, &FrmMain::tickClock);
+    clock_->start();
+    tickClock();
+}
+
+void FrmMain::tickClock() {
+    Moment now = platform().clock->now();
+    Date today = static_cast<Date>(now >= 0 ? now / kMsPerDay : (now - kMsPerDay + 1) / kMsPerDay);
+    setPanelText(3, fromStd(shortTimeText(now)));
+    setPanelText(4, fromStd(shortDateText(today)));
+}
+
+void FrmMain::setTabOrder() {
+    QWidget* order[] = {Cmd_Backup,    CmdSelectFiles,    LstSelectedFiles, CmdVerwijder,
+                        TxtLastBackup, CmdVervers,        CmdDeleteDir,     CmdRestore,
+                        TargetDrive,   TargetDirectories, TargetFileLst};
+    for (std::size_t i = 1; i < std::size(order); ++i)
+        QWidget::setTabOrder(order[i - 1], order[i]);
+}
+
+QString FrmMain::panelText(int panel) const {
+    return panels_[panel - 1]->text();
+}
+
+void FrmMain::setPanelText(int panel, const QString& text) {
+    panels_[panel - 1]->setText(text);
+}
+
+int FrmMain::heightTwips() const {
+    return pixelsToTwips(height());
+}
+
+void FrmMain::setHeightTwips(int height) {
+    resize(width(), twips(height));
+}
+
+void FrmMain::Form_Load() {
+    auto& s = AppSettings;
+    const std::function<void()> steps[] = {
+        [&] { LblStation->setText(""); },
+        [&] { setPanelText(2, fromStd(fVersionText("Versie "))); },
+        [&] { fraDirectory->move(fraDirectory->x(), Cmd_Backup->y() + twips(1080)); },
+        [&] { setHeightTwips(kMinimumHeight); },
+        [&] {
+            for (intLoop = 1; intLoop <= s.AantalFiles; ++intLoop)
+                LstSelectedFiles->addItem(fromStd(s.strFiles[static_cast<std::size_t>(intLoop)]));
+        },
+        [&] { RefreshStatus(); },
+        [&] { TargetDrive->setDrive(fromStd(s.DriveTarget)); },
+        [&] { TargetDirectories->setPath(fromStd(s.DriveTarget + "\\")); },
+        [&] {
+            if (s.blnRestoreOnly) {
+                Cmd_Backup->hide();
+                CmdSelectFiles->hide();
+                CmdVerwijder->hide();
+            }
+        },
+        [&] { Timer1->start(); },
+    };
+    for (const auto& step : steps) {
+        try {
+            step();
+        } catch (const FileFailure& failure) {
+            if (failure.Number != kFailDeviceUnavailable) {
+                MsgBox(std::to_string(failure.Number) + " - " + failure.Description, Buttons::OK,
+                       Icon::None);
+                return;
+            }
+            LblStation->setText(fromStd(fDriveAbsentAtStartText(s.DriveTarget)));
+            subButtons(false);
+            blnDriveLost = true;
+        }
+    }
+}
+
+void FrmMain::Form_Resize() {
+    if (isMinimized() || isMaximized() || isFullScreen())
+        return;
+    if (heightTwips() < kMinimumHeight)
+        setHeightTwips(kMinimumHeight);
+}
+
+void FrmMain::RefreshStatus() {
+    auto& s = AppSettings;
+    TxtLastBackup->setText(fromStd(fLastBackupText(platform().clock->today(), s.LastBackup)));
+    s.AantalFiles = static_cast<int16_t>(LstSelectedFiles->count());
+    setPanelText(1, "Aantal files: " + QString::number(s.AantalFiles));
+    Lbl_InhoudDir->setText("Bestanden in de map " + TargetDirectories->path());
+}
+
+void FrmMain::subButtons(bool blnEnable) {
+    Cmd_Backup->setEnabled(blnEnable);
+    CmdDeleteDir->setEnabled(blnEnable);
+    CmdSelectFiles->setEnabled(blnEnable);
+    CmdVerwijder->setEnabled(blnEnable);
+    CmdVervers->setVisible(!blnEnable);
+    moBackUp->setEnabled(blnEnable);
+    moRestore->setEnabled(blnEnable);
+    CmdRestore->setVisible(blnEnable);
+}
+
+void FrmMain::MoHelp_Click() {
+    // The key does the work, so the menu item and F1 stay one and the same.
+    QCoreApplication::postEvent(this, new QKeyEvent(QEvent::KeyPress, Qt::Key_F1, Qt::NoModifier));
+}
+
+void FrmMain::MoAfsluiten_Click() {
+    close();
+}
+
+void FrmMain::MoAbout_Click() {
+    FrmAbout about;
+    about.Form_Load();
+    about.exec();
+}
+
+void FrmMain::openTargetDrive() {
+    auto& s = AppSettings;
+    s.DriveTarget = TargetDrive->drive().left(2).toStdString();
+    TargetDirectories->setPath(fromStd(s.DriveTarget + "\\"));
+    subWriteIni(s.strIniFile, kSectionBasic, "DriveTarget", s.DriveTarget);
+    LblStation->setText("");
+    subButtons(true);
+}
+
+void FrmMain::TargetDrive_Change() {
+    try {
+        openTargetDrive();
+    } catch (const FileFailure&) {
+        LblStation->setText("Station niet aangesloten of er zit geen kaart of data stick in. Sluit "
+                            "het station aan en druk op 'Ververs'\r\n");
+        subButtons(false);
+        Timer1->start();
+    }
+}
+
+void FrmMain::CmdVervers_Click() {
+    try {
+        openTargetDrive();
+    } catch (const FileFailure&) {
+        // "Ververs" alone stays silent when the drive is still not there.
+    }
+}
+
+void FrmMain::Timer1_Timer() {
+    auto& s = AppSettings;
+    try {
+        // The probe and the compare use the letters alone: a volume label behind them is no path.
+        QString drive = TargetDrive->drive().left(2);
+        platform().files->firstMatch(drive.toStdString() + "\\*.");
+        bool same = fromStd(s.DriveTarget) == drive;
+        if (blnDriveLost) {
+            TargetDrive->setDrive(fromStd(s.DriveTarget));
+            if (same)
+                TargetDrive_Change();
+            blnDriveLost = false;
+        }
+    } catch (const FileFailure&) {
+        if (LblStation->text().isEmpty())
+            LblStation->setText("U heeft het station " + TargetDrive->drive() +
+                                " ontkoppeld, sluit deze weer aan\r\n");
+        QString caption = LblStation->text();
+        if (caption.endsWith(" . . ."))
+            caption.chop(6);
+        else
+            caption += " .";
+        LblStation->setText(caption);
+        blnDriveLost = true;
+    }
+}
+
+void FrmMain::TargetDirectories_Change() {
+    QString path = TargetDirectories->path();
+    TargetFileLst->setPath(path);
+    if (path.size() > 3) {
+        CmdDeleteDir->setVisible(true);
+        CmdDeleteDir->setText("Verwijder " + path);
+    } else {
+        CmdDeleteDir->setVisible(false);
+    }
+    Lbl_InhoudDir->setText("Bestanden in de map " + path);
+}
+
+void FrmMain::resizeEvent(QResizeEvent* event) {
+    QMainWindow::resizeEvent(event);
+    Form_Resize();
+}
+
+void FrmMain::showEvent(QShowEvent* event) {
+    QMainWindow::showEvent(event);
+    if (centred_)
+        return;
+    centred_ = true;
+    if (QScreen* screen = this->screen()) {
+        QRect area = screen->availableGeometry();
+        QRect frame = frameGeometry();
+        move(area.center() - QPoint(frame.width() / 2, frame.height() / 2));
+    }
+}
+
+} // namespace nv

@@ -1,0 +1,105 @@
+#pragma once
+
+#include <QMainWindow>
+#include <cstdint>
+#include <string>
+
+class QAction;
+class QGroupBox;
+class QLabel;
+class QLineEdit;
+class QListWidget;
+class QMenu;
+class QPushButton;
+class QStatusBar;
+class QTimer;
+
+namespace nv {
+
+class DriveListBox;
+class DirListBox;
+class FileListBox;
+class ShapeControl;
+
+// The program's one working window: the backup list, the target panel and the status texts.
+class FrmMain : public QMainWindow {
+    Q_OBJECT
+public:
+    explicit FrmMain(QWidget* parent = nullptr);
+
+    void Form_Load();
+    void Form_Resize();
+    void RefreshStatus();
+    void subButtons(bool blnEnable);
+
+    void MoHelp_Click();
+    void MoAfsluiten_Click();
+    void MoAbout_Click();
+
+    void TargetDrive_Change();
+    void TargetDirectories_Change();
+    void CmdVervers_Click();
+    void Timer1_Timer();
+
+    // The window's height in twips, menu bar and status bar included.
+    int heightTwips() const;
+    void setHeightTwips(int height);
+
+    // Panels of StatusBar, numbered from 1.
+    QString panelText(int panel) const;
+    void setPanelText(int panel, const QString& text);
+
+    QLineEdit* TxtLastBackup;
+    QLabel* Label1;
+    QListWidget* LstSelectedFiles;
+    ShapeControl* Shape1;
+    QPushButton* Cmd_Backup;
+    QPushButton* CmdSelectFiles;
+    QPushButton* CmdVerwijder;
+    QGroupBox* fraDirectory;
+    DriveListBox* TargetDrive;
+    DirListBox* TargetDirectories;
+    FileListBox* TargetFileLst;
+    QLabel* LblStation;
+    QLabel* Lbl_InhoudDir;
+    QPushButton* CmdDeleteDir;
+    QPushButton* CmdVervers;
+    QPushButton* CmdRestore;
+    QWidget* PicRestore;
+    QStatusBar* StatusBar;
+    QTimer* Timer1;
+
+    QMenu* MnuBestand;
+    QAction* MoVoegToe;
+    QAction* MoVerwijder;
+    QAction* MoAfsluiten;
+    QMenu* mnuExecute;
+    QAction* moBackUp;
+    QAction* moRestore;
+    QMenu* MnuHelp;
+    QAction* MoHelp;
+    QAction* MoAbout;
+
+    int16_t intLoop = 0;
+    std::string strBackupFolder;
+    bool blnDriveLost = false;
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+
+private:
+    // The steps of a drive change; throws FileFailure at the first that fails.
+    void openTargetDrive();
+    void buildControls(QWidget* canvas);
+    void buildMenus();
+    void buildStatusBar();
+    void setTabOrder();
+    void tickClock();
+
+    QLabel* panels_[4] = {};
+    QTimer* clock_;
+    bool centred_ = false;
+};
+
+} // namespace nv
