@@ -15,8 +15,11 @@ void QtStartWindows::loadMainWindow() {
 }
 
 void QtStartWindows::showMainWindow() {
-    if (main_)
-        main_->show();
+    if (!main_)
+        return;
+    main_->show();
+    // The window reaches the screen now, before the splash is made, not when Main has returned.
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
 }
 
 void QtStartWindows::loadSplash() {
