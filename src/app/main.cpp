@@ -2,6 +2,7 @@
 #include "mainwindow/qt/StartWindows.h"
 #include "platform/Platform.h"
 #include "platform/qt/HelpKey.h"
+#include "platform/qt/QtFileDialogs.h"
 #include "platform/qt/QtMessageBoxes.h"
 #include "platform/qt/QtShell.h"
 #include "startup/AppSettings.h"
@@ -21,9 +22,11 @@ int main(int argc, char** argv) {
 
     nv::QtMessageBoxes boxes;
     nv::QtShell shell;
+    nv::QtFileDialogs dialogs;
     nv::Platform machine = nv::nativePlatform();
     machine.boxes = &boxes;
     machine.shell = &shell;
+    machine.dialogs = &dialogs;
     nv::platform() = machine;
 
     nv::HelpKey help;

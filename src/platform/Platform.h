@@ -2,6 +2,7 @@
 
 #include "platform/Clock.h"
 #include "platform/Drives.h"
+#include "platform/FileDialogs.h"
 #include "platform/FileSystem.h"
 #include "platform/MessageBoxes.h"
 #include "platform/Process.h"
@@ -21,6 +22,7 @@ struct Platform {
     MessageBoxes* boxes = nullptr;
     Process* process = nullptr;
     Shell* shell = nullptr;
+    FileDialogs* dialogs = nullptr;
 };
 
 Platform& platform();

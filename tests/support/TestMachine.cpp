@@ -33,6 +33,7 @@ TestMachine::TestMachine() : saved_(nv::platform()) {
     platform.folders = &folders;
     platform.process = &process;
     platform.shell = &shell;
+    platform.dialogs = &dialogs;
     nv::platform() = platform;
     nv::AppSettings = nv::AppSettingsRecord{};
     nv::App = nv::AppRecord{};

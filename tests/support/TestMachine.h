@@ -53,6 +53,24 @@ public:
     std::vector<std::string> contents;
 };
 
+// Answers file dialogs from a queue ("" for a cancel when it runs dry) and keeps where each
+// one started.
+class ScriptedDialogs : public nv::FileDialogs {
+public:
+    std::string showOpen(const std::string& title, const std::string& initDir) override {
+        titles.push_back(title);
+        startedIn.push_back(initDir);
+        if (answers.empty())
+            return "";
+        std::string next = answers.front();
+        answers.pop_front();
+        return next;
+    }
+    std::deque<std::string> answers;
+    std::vector<std::string> titles;
+    std::vector<std::string> startedIn;
+};
+
 // The real files and profile services of this machine over a temporary folder, with the
 // clock, the special folders, the program's folder and the boxes in the test's hands.
 // 17-11-2026 is today.
@@ -67,6 +85,7 @@ public:
     FixedFolders folders;
     FixedProcess process;
     RecordingShell shell;
+    ScriptedDialogs dialogs;
     nv::Platform platform;
 
 private:

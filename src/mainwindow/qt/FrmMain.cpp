@@ -13,6 +13,8 @@
 #include "startup/MsgBox.h"
 #include "startup/Settings.h"
 
+#include "platform/ProfileStore.h"
+
 #include <QApplication>
 #include <QGroupBox>
 #include <QKeyEvent>
@@ -25,6 +27,7 @@
 #include <QStatusBar>
 #include <QTimer>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <functional>
 
 namespace nv {
@@ -160,6 +163,10 @@ void FrmMain::buildControls(QWidget* canvas) {
     Shape1->setGeometry(twipsRect(9240, 1080, 975, 975));
     Shape1->hide();
 
+    connect(CmdSelectFiles, &QPushButton::clicked, this, &FrmMain::CmdSelectFiles_Click);
+    connect(CmdVerwijder, &QPushButton::clicked, this, &FrmMain::CmdVerwijder_Click);
+    connect(CmdDeleteDir, &QPushButton::clicked, this, &FrmMain::CmdDeleteDir_Click);
+    LstSelectedFiles->installEventFilter(this);
     TargetDrive->Change = [this] { TargetDrive_Change(); };
     TargetDirectories->Change = [this] { TargetDirectories_Change(); };
 }
@@ -185,6 +192,8 @@ void FrmMain::buildMenus() {
     MoHelp = item(MnuHelp, "MoHelp", "Help F1");
     MoAbout = item(MnuHelp, "MoAbout", "About");
 
+    connect(MoVoegToe, &QAction::triggered, this, &FrmMain::CmdSelectFiles_Click);
+    connect(MoVerwijder, &QAction::triggered, this, &FrmMain::CmdVerwijder_Click);
     connect(MoAfsluiten, &QAction::triggered, this, &FrmMain::MoAfsluiten_Click);
     connect(MoHelp, &QAction::triggered, this, &FrmMain::MoHelp_Click);
     connect(MoAbout, &QAction::triggered, this, &FrmMain::MoAbout_Click);
@@ -325,6 +334,63 @@ void FrmMain::MoAbout_Click() {
     about.exec();
 }
 
+void FrmMain::CmdSelectFiles_Click() {
+    auto& s = AppSettings;
+    std::string FileName = platform().dialogs->showOpen("Files voor BackUp", s.dirfrom);
+    if (!FileName.empty()) {
+        LstSelectedFiles->addItem(fromStd(FileName));
+        std::string FileTitle = FileName.substr(FileName.find_last_of('\\') + 1);
+        std::size_t found = FileName.find(FileTitle);
+        // The first occurrence decides, as C:\kas\kas gives C:; the title always occurs.
+        if (found != std::string::npos && found >= 1)
+            s.dirfrom = FileName.substr(0, found - 1);
+    }
+    RefreshStatus();
+    INIbijwerken();
+}
+
+void FrmMain::CmdVerwijder_Click() {
+    QListWidgetItem* current = LstSelectedFiles->currentItem();
+    QString text = current ? current->text() : QString();
+    if (text.isEmpty()) {
+        MsgBox("Selecteer eerst het te verwijderen bestand uit de lijst", Buttons::OK, Icon::None,
+               DefaultButton::First, "Verwijderen bestanden");
+        return;
+    }
+    std::string question = "Wilt u het bestand " + text.toStdString() +
+                           " niet meer meenemen in de backup?\r\n\r\nHet bestand blijft wel "
+                           "gewoon bewaard maar loopt niet meer mee in de automatische backup";
+    intRemoveRow = static_cast<int16_t>(LstSelectedFiles->currentRow());
+    if (MsgBox(question, Buttons::YesNo, Icon::Question, DefaultButton::First, "Backup files") !=
+        Answer::Yes)
+        return;
+    delete LstSelectedFiles->takeItem(intRemoveRow);
+    RefreshStatus();
+    INIbijwerken();
+}
+
+void FrmMain::LstSelectedFiles_KeyDown(int KeyCode, int Shift) {
+    if (KeyCode != 65 || Shift != 2)
+        return;
+    for (int i = 0; i < LstSelectedFiles->count(); ++i)
+        LstSelectedFiles->item(i)->setSelected(true);
+}
+
+void FrmMain::INIbijwerken() {
+    auto& s = AppSettings;
+    // One pass over the file for the whole list, which may hold 32,767 rows.
+    ProfileBatch batch(*platform().profiles);
+    s.strFiles.assign(static_cast<std::size_t>(std::max<int>(s.AantalFiles, 0)) + 1, "");
+    for (intLoop = 1; intLoop <= s.AantalFiles; ++intLoop) {
+        std::string value = LstSelectedFiles->item(intLoop - 1)->text().toStdString();
+        subWriteIni(s.strIniFile, kSectionFiles, "BackUpfile" + std::to_string(intLoop), value);
+        s.strFiles[static_cast<std::size_t>(intLoop)] =
+            LstSelectedFiles->item(intLoop - 1)->text().toStdString();
+    }
+    subWriteIni(s.strIniFile, kSectionBasic, "dirfrom", s.dirfrom);
+    subWriteIni(s.strIniFile, kSectionBasic, "AantalFiles", std::to_string(s.AantalFiles));
+}
+
 void FrmMain::openTargetDrive() {
     auto& s = AppSettings;
     s.DriveTarget = TargetDrive->drive().left(2).toStdString();
@@ -380,6 +446,31 @@ void FrmMain::Timer1_Timer() {
     }
 }
 
+void FrmMain::CmdDeleteDir_Click() {
+    const std::string several = "U heeft meerdere directories in deze file staan, u dient deze "
+                                "\u00e9\u00e9n voor \u00e9\u00e9n te verwijderen";
+    std::string path = TargetDirectories->path().toStdString();
+    if (TargetDirectories->path().size() < 4) {
+        MsgBox("Kan de gehele schijf niet verwijderen", Buttons::OK, Icon::None);
+    } else if (MsgBox("Wilt u de map " + path + " verwijderen?", Buttons::YesNo, Icon::Question,
+                      DefaultButton::First, "Verwijderen Map") == Answer::Yes) {
+        try {
+            platform().files->deleteByPattern(path + "\\*.*");
+            setPanelText(1, "Files verwijderd");
+            platform().files->removeFolder(path);
+        } catch (const FileFailure&) {
+            MsgBox(several, Buttons::OK, Icon::None);
+        }
+    }
+    try {
+        TargetDirectories->setPath(fromStd(AppSettings.DriveTarget + "\\"));
+        TargetDirectories->Refresh();
+        RefreshStatus();
+    } catch (const FileFailure&) {
+        MsgBox(several, Buttons::OK, Icon::None);
+    }
+}
+
 void FrmMain::TargetDirectories_Change() {
     QString path = TargetDirectories->path();
     TargetFileLst->setPath(path);
@@ -390,6 +481,20 @@ void FrmMain::TargetDirectories_Change() {
         CmdDeleteDir->setVisible(false);
     }
     Lbl_InhoudDir->setText("Bestanden in de map " + path);
+}
+
+bool FrmMain::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == LstSelectedFiles && event->type() == QEvent::KeyPress) {
+        auto* key = static_cast<QKeyEvent*>(event);
+        Qt::KeyboardModifiers mods = key->modifiers() & ~Qt::KeypadModifier;
+        int shift = (mods & Qt::ShiftModifier ? 1 : 0) | (mods & Qt::ControlModifier ? 2 : 0) |
+                    (mods & Qt::AltModifier ? 4 : 0);
+        LstSelectedFiles_KeyDown(key->key() == Qt::Key_A ? 65 : key->key(), shift);
+        // The list's own select-all is the same key; one of the two is enough.
+        if (key->key() == Qt::Key_A && shift == 2)
+            return true;
+    }
+    return QMainWindow::eventFilter(watched, event);
 }
 
 void FrmMain::resizeEvent(QResizeEvent* event) {

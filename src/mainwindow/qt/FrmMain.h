@@ -36,10 +36,16 @@ public:
     void MoAfsluiten_Click();
     void MoAbout_Click();
 
+    void CmdSelectFiles_Click();
+    void CmdVerwijder_Click();
+    void LstSelectedFiles_KeyDown(int KeyCode, int Shift);
+    void INIbijwerken();
+
     void TargetDrive_Change();
     void TargetDirectories_Change();
     void CmdVervers_Click();
     void Timer1_Timer();
+    void CmdDeleteDir_Click();
 
     // The window's height in twips, menu bar and status bar included.
     int heightTwips() const;
@@ -81,12 +87,14 @@ public:
     QAction* MoAbout;
 
     int16_t intLoop = 0;
+    int16_t intRemoveRow = 0; // the row CmdVerwijder_Click asks about
     std::string strBackupFolder;
     bool blnDriveLost = false;
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
     void showEvent(QShowEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     // The steps of a drive change; throws FileFailure at the first that fails.

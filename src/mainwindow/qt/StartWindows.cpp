@@ -9,13 +9,17 @@ namespace nv {
 
 void QtStartWindows::loadMainWindow() {
     main_ = new FrmMain;
+    mainGone_ = false;
     main_->setAttribute(Qt::WA_DeleteOnClose);
-    QObject::connect(main_, &QObject::destroyed, [this] { quitWhenAllGone(); });
+    QObject::connect(main_, &QObject::destroyed, &watch_, [this] {
+        mainGone_ = true;
+        quitWhenAllGone();
+    });
     main_->Form_Load();
 }
 
 void QtStartWindows::showMainWindow() {
-    if (!main_)
+    if (mainGone_)
         return;
     main_->show();
     // The window reaches the screen now, before the splash is made, not when Main has returned.
@@ -24,19 +28,23 @@ void QtStartWindows::showMainWindow() {
 
 void QtStartWindows::loadSplash() {
     splash_ = new FrmSplash;
-    QObject::connect(splash_, &QObject::destroyed, [this] { quitWhenAllGone(); });
+    splashGone_ = false;
+    QObject::connect(splash_, &QObject::destroyed, &watch_, [this] {
+        splashGone_ = true;
+        quitWhenAllGone();
+    });
     splash_->Form_Load();
 }
 
 void QtStartWindows::showSplash() {
-    if (splash_)
+    if (!splashGone_)
         splash_->show();
 }
 
 // The splash is a tool window, which Qt does not count among the windows that keep a program
 // alive; a main window closed within its two seconds must not end the program before it.
 void QtStartWindows::quitWhenAllGone() {
-    if (!main_ && !splash_)
+    if (mainGone_ && splashGone_)
         QCoreApplication::quit();
 }
 

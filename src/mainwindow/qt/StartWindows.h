@@ -4,8 +4,6 @@
 #include "sidewindows/qt/FrmSplash.h"
 #include "startup/Main.h"
 
-#include <QPointer>
-
 namespace nv {
 
 // Brings up the main window and the splash; the program ends when both have gone.
@@ -16,14 +14,18 @@ public:
     void loadSplash() override;
     void showSplash() override;
 
-    FrmMain* mainWindow() const { return main_; }
-    FrmSplash* splash() const { return splash_; }
+    // Null once the window has gone.
+    FrmMain* mainWindow() const { return mainGone_ ? nullptr : main_; }
+    FrmSplash* splash() const { return splashGone_ ? nullptr : splash_; }
 
 private:
     void quitWhenAllGone();
 
-    QPointer<FrmMain> main_;
-    QPointer<FrmSplash> splash_;
+    FrmMain* main_ = nullptr;
+    FrmSplash* splash_ = nullptr;
+    bool mainGone_ = true;
+    bool splashGone_ = true;
+    QObject watch_; // ends the watch on the windows when this goes first
 };
 
 } // namespace nv
