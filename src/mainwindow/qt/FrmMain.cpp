@@ -4,6 +4,7 @@
 #include "mainwindow/qt/ShapeControl.h"
 #include "mainwindow/qt/TargetLists.h"
 #include "platform/DateText.h"
+#include "platform/FailureText.h"
 #include "platform/FileFailure.h"
 #include "platform/Platform.h"
 #include "platform/qt/ControlNames.h"
@@ -35,6 +36,8 @@ namespace nv {
 namespace {
 
 constexpr int kMinimumHeight = 9000;
+// AantalFiles is a signed 16-bit count.
+constexpr int kMaximumRows = 32767;
 const QColor kRed(255, 0, 0);
 // The face of scroll bars on the home platform, behind the last-backup line.
 const QColor kScrollBarFace(200, 200, 200);
@@ -243,7 +246,9 @@ QString FrmMain::panelText(int panel) const {
 }
 
 void FrmMain::setPanelText(int panel, const QString& text) {
-    panels_[panel - 1]->setText(text);
+    // The clock sets its panel every second; a text that stays the same is no repaint.
+    if (panels_[panel - 1]->text() != text)
+        panels_[panel - 1]->setText(text);
 }
 
 int FrmMain::heightTwips() const {
@@ -262,8 +267,10 @@ void FrmMain::Form_Load() {
         [&] { fraDirectory->move(fraDirectory->x(), Cmd_Backup->y() + twips(1080)); },
         [&] { setHeightTwips(kMinimumHeight); },
         [&] {
-            for (intLoop = 1; intLoop <= s.AantalFiles; ++intLoop)
-                LstSelectedFiles->addItem(fromStd(s.strFiles[static_cast<std::size_t>(intLoop)]));
+            for (int n = 1; n <= s.AantalFiles; ++n) {
+                intLoop = static_cast<int16_t>(n);
+                LstSelectedFiles->addItem(fromStd(s.strFiles[static_cast<std::size_t>(n)]));
+            }
         },
         [&] { RefreshStatus(); },
         [&] { TargetDrive->setDrive(fromStd(s.DriveTarget)); },
@@ -337,6 +344,12 @@ void FrmMain::MoAbout_Click() {
 void FrmMain::CmdSelectFiles_Click() {
     auto& s = AppSettings;
     std::string FileName = platform().dialogs->showOpen("Files voor BackUp", s.dirfrom);
+    if (!FileName.empty() && LstSelectedFiles->count() >= kMaximumRows) {
+        MsgBox("De lijst bevat al " + std::to_string(kMaximumRows) +
+                   " bestanden, meer kunnen er niet in",
+               Buttons::OK, Icon::Exclamation, DefaultButton::First, "Voeg bestand toe");
+        FileName.clear();
+    }
     if (!FileName.empty()) {
         LstSelectedFiles->addItem(fromStd(FileName));
         std::string FileTitle = FileName.substr(FileName.find_last_of('\\') + 1);
@@ -381,11 +394,13 @@ void FrmMain::INIbijwerken() {
     // One pass over the file for the whole list, which may hold 32,767 rows.
     ProfileBatch batch(*platform().profiles);
     s.strFiles.assign(static_cast<std::size_t>(std::max<int>(s.AantalFiles, 0)) + 1, "");
-    for (intLoop = 1; intLoop <= s.AantalFiles; ++intLoop) {
-        std::string value = LstSelectedFiles->item(intLoop - 1)->text().toStdString();
-        subWriteIni(s.strIniFile, kSectionFiles, "BackUpfile" + std::to_string(intLoop), value);
-        s.strFiles[static_cast<std::size_t>(intLoop)] =
-            LstSelectedFiles->item(intLoop - 1)->text().toStdString();
+    // The counter is 16 bits wide, so a loop on it alone would never pass 32,767.
+    for (int n = 1; n <= s.AantalFiles; ++n) {
+        intLoop = static_cast<int16_t>(n);
+        std::string value = LstSelectedFiles->item(n - 1)->text().toStdString();
+        subWriteIni(s.strIniFile, kSectionFiles, "BackUpfile" + std::to_string(n), value);
+        s.strFiles[static_cast<std::size_t>(n)] =
+            LstSelectedFiles->item(n - 1)->text().toStdString();
     }
     subWriteIni(s.strIniFile, kSectionBasic, "dirfrom", s.dirfrom);
     subWriteIni(s.strIniFile, kSectionBasic, "AantalFiles", std::to_string(s.AantalFiles));
@@ -423,8 +438,11 @@ void FrmMain::Timer1_Timer() {
     auto& s = AppSettings;
     try {
         // The probe and the compare use the letters alone: a volume label behind them is no path.
+        // The probe asks whether the drive can be reached, not for a name from its root, which
+        // may hold thousands of files and is read again every second.
         QString drive = TargetDrive->drive().left(2);
-        platform().files->firstMatch(drive.toStdString() + "\\*.");
+        if (drive.size() < 2 || !platform().drives->ready(static_cast<char>(drive[0].toLatin1())))
+            throw fileFailure(kFailDeviceUnavailable);
         bool same = fromStd(s.DriveTarget) == drive;
         if (blnDriveLost) {
             TargetDrive->setDrive(fromStd(s.DriveTarget));

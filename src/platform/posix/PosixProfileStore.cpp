@@ -134,7 +134,8 @@ const std::string_view kUtf8Mark = "\xEF\xBB\xBF";
 
 struct PosixProfileStore::Image {
     bool exists = false;
-    bool dirty = false; // changed by a batch and not yet on disk
+    bool dirty = false;   // changed by a batch and not yet on disk
+    bool checked = false; // looked at on disk in the running batch, which now trusts it
     bool racy = false;
     Stamp stamp;
     std::string bytes; // what was read, kept while racy
@@ -483,7 +484,7 @@ PosixProfileStore::Target PosixProfileStore::locate(const std::string& file) {
     if (known != resolved_.end()) {
         target.native = known->second.native;
         auto image = images_.find(target.native);
-        if (image != images_.end() && image->second->dirty) {
+        if (image != images_.end() && (image->second->dirty || image->second->checked)) {
             target.pending = true;
             return target;
         }
@@ -512,7 +513,7 @@ PosixProfileStore::Image* PosixProfileStore::current(const Target& target) {
         it = images_.emplace(native, std::make_unique<Image>()).first;
     }
     Image& image = *it->second;
-    if (image.dirty)
+    if (image.dirty || image.checked)
         return &image;
 
     if (target.err != 0) {
@@ -602,6 +603,8 @@ bool PosixProfileStore::writeString(const std::string& section, const std::strin
         bool changed =
             image->store(cp1252FromUtf8(section), cp1252FromUtf8(key), cp1252FromUtf8(value));
         if (batchDepth_ > 0) {
+            // One window operation writes a whole list; the disk is asked once, not per key.
+            image->checked = true;
             image->dirty = image->dirty || changed;
             return true;
         }
@@ -626,6 +629,7 @@ void PosixProfileStore::endBatch() {
     if (batchDepth_ == 0 || --batchDepth_ > 0)
         return;
     for (auto it = images_.begin(); it != images_.end();) {
+        it->second->checked = false;
         bool saved = true;
         if (it->second->dirty) {
             try {
