@@ -4,7 +4,7 @@ set -euo pipefail
 
 packages=(
     cmake ninja-build g++ pkg-config
-    qt6-base-dev qt6-base-dev-tools libgl-dev
+    qt6-base-dev qt6-base-dev-tools libgl-dev qt6-translations-l10n
     googletest libgtest-dev libgmock-dev
     g++-mingw-w64-x86-64-posix wine wine64
     xvfb xauth

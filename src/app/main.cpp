@@ -9,6 +9,8 @@
 
 #include <QApplication>
 #include <QIcon>
+#include <QLibraryInfo>
+#include <QTranslator>
 
 int main(int argc, char** argv) {
     QApplication app(argc, argv);
@@ -19,6 +21,11 @@ int main(int argc, char** argv) {
         icon.addFile(QString(":/pictures/window-icon%1.png").arg(size));
     QApplication::setWindowIcon(icon);
     QApplication::setQuitOnLastWindowClosed(false);
+    // The program speaks Dutch on any machine, in Qt's own dialogs too.
+    QTranslator qtTexts;
+    if (qtTexts.load(QLocale(QLocale::Dutch, QLocale::Netherlands), "qtbase", "_",
+                     QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        QApplication::installTranslator(&qtTexts);
 
     nv::QtMessageBoxes boxes;
     nv::QtShell shell;
