@@ -227,14 +227,14 @@ TEST_F(FrmMainTest, ClosingTheMainWindowEndsTheProgramOnlyAfterTheSplash) {
     EXPECT_EQ(windows.mainWindow()->LstSelectedFiles->count(), 9);
     EXPECT_EQ(windows.mainWindow()->panelText(1), "Aantal files: 9");
 
-    bool quit = false;
-    QObject::connect(qApp, &QCoreApplication::aboutToQuit, [&] { quit = true; });
-    QTimer::singleShot(0, [&] { windows.mainWindow()->MoAfsluiten_Click(); });
-    QTimer::singleShot(50, [&] {
+    // The timers die with the test, whatever becomes of the event loop.
+    QObject scope;
+    QTimer::singleShot(0, &scope, [&] { windows.mainWindow()->MoAfsluiten_Click(); });
+    QTimer::singleShot(50, &scope, [&] {
         EXPECT_TRUE(windows.splash() != nullptr);
         machine.clock.timeOfDay += 2001;
     });
-    QTimer::singleShot(5000, [&] { QCoreApplication::exit(1); });
+    QTimer::singleShot(5000, &scope, [&] { QCoreApplication::exit(1); });
     EXPECT_EQ(QCoreApplication::exec(), 0);
     EXPECT_FALSE(windows.mainWindow());
     EXPECT_FALSE(windows.splash());
@@ -246,16 +246,17 @@ TEST_F(FrmMainTest, RestoreOnlyStartOpensTheWindowWithoutTheBackupButtons) {
         machine.temp.write("Norvale/" + fKnownFileName(row), "data");
     machine.process.path = machine.temp.drive("Norvale");
     machine.boxes.answer(Answer::Yes);
-    QtStartWindows windows;
-    ASSERT_EQ(Main(windows), MainOutcome::Running);
+    auto windows = std::make_unique<QtStartWindows>();
+    ASSERT_EQ(Main(*windows), MainOutcome::Running);
     ASSERT_EQ(machine.boxes.shown.size(), 1u);
-    FrmMain* window = windows.mainWindow();
+    std::unique_ptr<FrmMain> window(windows->mainWindow());
+    std::unique_ptr<FrmSplash> splash(windows->splash());
+    // Without the watch, closing these windows does not end the test's event loop.
+    windows.reset();
     EXPECT_TRUE(window->Cmd_Backup->isHidden());
     EXPECT_TRUE(window->CmdSelectFiles->isHidden());
     EXPECT_TRUE(window->CmdVerwijder->isHidden());
     EXPECT_FALSE(window->isHidden());
-    delete windows.splash();
-    delete window;
 }
 
 } // namespace
