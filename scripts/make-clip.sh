@@ -1,0 +1,18 @@
+#!/usr/bin/env bash
+# Draws the copy window's clip into assets/install/FILECOPY.GIF with tools/draw_clip.
+# NV_BUILD_DIR names an already configured build folder to use instead of the dev preset's.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+build="${NV_BUILD_DIR:-}"
+if [ -z "$build" ]; then
+    bash scripts/install-deps.sh
+    cmake --preset dev >/dev/null
+    build=build/dev
+fi
+cmake --build "$build" -j2 --target draw_clip
+
+out=assets/install
+mkdir -p "$out"
+QT_QPA_PLATFORM=offscreen "$build/tools/draw_clip" "$out/FILECOPY.GIF"
+printf 'Written: %s, %d bytes\n' "$out/FILECOPY.GIF" "$(stat -c %s "$out/FILECOPY.GIF")"
