@@ -6,6 +6,8 @@ std::string failureDescription(int32_t number) {
     switch (number) {
     case 5:
         return "Ongeldige procedure-aanroep of ongeldig argument";
+    case 6:
+        return "Overloop";
     case kFailSubscript:
         return "Index buiten bereik";
     case kFailBadFileName:

@@ -31,6 +31,12 @@ public:
     // matches every name), sorted without regard to case; hidden ones are left out.
     virtual std::vector<std::string> listFiles(const std::string& folder,
                                                const std::string& pattern) = 0;
+    // Puts on the medium what was created, renamed or removed in folder; a medium that cannot
+    // flush a folder passes silently.
+    virtual void flushFolder(const std::string& folder) = 0;
+    // Removes the temporary files that interrupted copies left in folder. Never fails: what
+    // cannot be removed stays hidden and is never taken for a backed-up file.
+    virtual void removeCopyLeftovers(const std::string& folder) = 0;
 };
 
 // What a copy puts between a leading dot and its own suffix in the name of the temporary file

@@ -314,4 +314,28 @@ std::vector<std::string> PosixFileSystem::listFiles(const std::string& folder,
     return names;
 }
 
+void PosixFileSystem::flushFolder(const std::string& folder) {
+    Fd dir;
+    dir.fd = ::open(nativePath(drives_, folder).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (dir.fd < 0)
+        throwErrno(errno, folder);
+    if (::fsync(dir.fd) != 0 && errno != EINVAL && errno != EROFS && errno != EOPNOTSUPP)
+        throwErrno(errno, folder);
+}
+
+void PosixFileSystem::removeCopyLeftovers(const std::string& folder) {
+    std::string native;
+    try {
+        native = nativePath(drives_, folder);
+    } catch (const FileFailure&) {
+        return;
+    }
+    std::unique_ptr<DIR, int (*)(DIR*)> dir(::opendir(native.c_str()), ::closedir);
+    if (!dir)
+        return;
+    while (dirent* entry = ::readdir(dir.get()))
+        if (isCopyTemporary(entry->d_name) && kindOf(native, entry) == EntryKind::File)
+            ::unlink((native + "/" + entry->d_name).c_str());
+}
+
 } // namespace nv

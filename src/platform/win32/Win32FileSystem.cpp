@@ -289,4 +289,44 @@ std::vector<std::string> Win32FileSystem::listFiles(const std::string& folder,
     return names;
 }
 
+void Win32FileSystem::flushFolder(const std::string& folder) {
+    std::wstring wide = widePath(folder);
+    QuietDriveErrors quiet;
+    // A folder opens only with the backup flag, and flushes only when opened for writing.
+    HANDLE h = CreateFileW(wide.c_str(), GENERIC_WRITE,
+                           FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                           OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+    DWORD error = ERROR_SUCCESS;
+    if (h == INVALID_HANDLE_VALUE) {
+        error = GetLastError();
+    } else {
+        if (!FlushFileBuffers(h))
+            error = GetLastError();
+        CloseHandle(h);
+    }
+    // Media and file systems that refuse to flush a folder rely on the renames
+    // having been written through, as copyFile asks.
+    if (error == ERROR_SUCCESS || error == ERROR_ACCESS_DENIED || error == ERROR_INVALID_FUNCTION ||
+        error == ERROR_INVALID_PARAMETER || error == ERROR_NOT_SUPPORTED)
+        return;
+    throwFailure(error, wide);
+}
+
+void Win32FileSystem::removeCopyLeftovers(const std::string& folder) {
+    std::vector<std::wstring> leftovers;
+    try {
+        std::wstring spec = everythingIn(folder);
+        findEach(spec, false, [&](const WIN32_FIND_DATAW& data) {
+            if (!(data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) &&
+                isCopyTemporary(utf8FromWide(data.cFileName)))
+                leftovers.push_back(folderOf(spec) + data.cFileName);
+            return true;
+        });
+    } catch (const FileFailure&) {
+        return;
+    }
+    for (const std::wstring& path : leftovers)
+        discard(path);
+}
+
 } // namespace nv

@@ -18,6 +18,8 @@ public:
     std::vector<std::string> listFolders(const std::string& folder) override;
     std::vector<std::string> listFiles(const std::string& folder,
                                        const std::string& pattern) override;
+    void flushFolder(const std::string& folder) override;
+    void removeCopyLeftovers(const std::string& folder) override;
 };
 
 } // namespace nv

@@ -1,0 +1,201 @@
+#include "backup/BackupRun.h"
+
+#include "platform/DateText.h"
+#include "platform/FailureText.h"
+#include "platform/Platform.h"
+#include "platform/Wildcard.h"
+#include "startup/AppSettings.h"
+#include "startup/FileOps.h"
+#include "startup/MsgBox.h"
+#include "startup/Settings.h"
+
+#include <limits>
+#include <map>
+#include <set>
+
+namespace nv {
+
+namespace {
+
+const char* const kCrLf = "\r\n";
+const char* const kWriteFailureTitle = "Fout bij schrijven naar backup schijf";
+
+// A folder counts as there when it holds a plain file directly in it.
+bool folderExists(const std::string& folder) {
+    return answeredOrYes([&] { return !fFirstMatch(folder + "\\*.*").empty(); });
+}
+
+bool isBlank(const std::string& text) {
+    return text.find_first_not_of(' ') == std::string::npos;
+}
+
+// The run's failure path for every number but 75: one box, the progress window closed.
+void tellFailure(BackupWindows& windows, const FileFailure& failure) {
+    if (failure.Number == kFailTargetFull)
+        MsgBox(
+            "De backup schijf is vol, verwijder een oude backup map of gebruik een nieuwe schijf",
+            Buttons::OK, Icon::Critical, DefaultButton::First, kWriteFailureTitle);
+    else if (failure.Number == kFailPathNotFound)
+        MsgBox("De backup schijf kan niet worden geopend, het kan zijn dat deze op 'write "
+               "protection' staat, dit is vaak een schakelaartje. Pas dit aan of gebruik een "
+               "ander backup medium",
+               Buttons::OK, Icon::Critical, DefaultButton::First, kWriteFailureTitle);
+    else
+        MsgBox(std::to_string(failure.Number) + " " + failure.Description);
+    windows.closeCopyWindow();
+}
+
+void showMissing(const std::string& row) {
+    MsgBox(std::string("Het bestand '") + row + " kan niet gevonden worden op deze lokatie" +
+               kCrLf + kCrLf +
+               "Controleer, nadat het backup programma klaar is, waar het bestand staat of "
+               "verwijder deze uit de lijst",
+           Buttons::OK, Icon::Exclamation, DefaultButton::First, "Kan bestand niet vinden");
+}
+
+void showDuplicate(const std::string& name) {
+    MsgBox("Het bestand " + name +
+               " bestaat al in de backup directory. U kunt niet twee dezelfde bestanden in "
+               "dezelfde backup directory zetten. " +
+               kCrLf + kCrLf + "Informeer over de mogelijkheden bij uw leverancier",
+           Buttons::OK, Icon::Critical, DefaultButton::First, "Bestand wordt niet gekopieerd");
+}
+
+// The run up to its closing steps; a return goes to them, and so does every failure but 75.
+void backUp(BackupWindows& windows, int16_t& intLoop, std::string& strBackupFolder,
+            bool& blnFlawed) {
+    AppSettingsRecord& s = AppSettings;
+    FileSystem& files = *platform().files;
+
+    // One date for every candidate name, so that an answer given after midnight does not
+    // mix two days.
+    const std::string plainName =
+        s.DriveTarget + "\\Backup" + isoDateText(platform().clock->today());
+    strBackupFolder = plainName;
+    if (MsgBox(std::string("Backup maken naar map: ") + kCrLf + kCrLf + strBackupFolder,
+               Buttons::OKCancel, Icon::Question, DefaultButton::First,
+               "Backup maken") != Answer::OK)
+        return;
+
+    if (folderExists(strBackupFolder)) {
+        if (MsgBox(std::string("Directory bestaat al, u heeft vandaag al een backup aangemaakt") +
+                       kCrLf + "Wilt u toch een backup aanmaken?",
+                   Buttons::YesNo, Icon::Exclamation, DefaultButton::Second,
+                   "Backup maken") == Answer::No)
+            return;
+        intLoop = 2;
+        while (folderExists(strBackupFolder)) {
+            strBackupFolder = plainName + "(" + std::to_string(intLoop) + ")";
+            if (intLoop == std::numeric_limits<int16_t>::max())
+                throw fileFailure(6);
+            ++intLoop;
+        }
+    }
+
+    goOnBehind([&] { windows.subShowCopyWindow(); });
+    windows.setProgressMax(s.AantalFiles);
+    goOnBehind([&] { subMakeFolder(strBackupFolder); });
+    files.removeCopyLeftovers(strBackupFolder);
+
+    const bool mirrored = s.Directory == 1;
+    // Destinations written in this run, and the subfolders the mirrored layout used; upper case.
+    std::set<std::string> written;
+    std::map<std::string, std::string> subfolders;
+    const int rows = s.AantalFiles;
+    for (int row = 1; row <= rows; ++row) {
+        intLoop = static_cast<int16_t>(row);
+        windows.setProgressValue(row);
+        const std::string source =
+            static_cast<std::size_t>(row) < s.strFiles.size() ? s.strFiles[row] : std::string();
+
+        // An empty or blank row is a file that is not there.
+        std::string name;
+        bool found = !isBlank(source) && answeredOrYes([&] {
+            name = fFirstMatch(source);
+            return !name.empty();
+        });
+        if (!found) {
+            showMissing(source);
+            blnFlawed = true;
+            continue;
+        }
+        if (name.empty()) // the file system refused the question; the row names its file
+            name = source.substr(source.find_last_of('\\') + 1);
+
+        const std::string status = "Kopiëren " + name;
+        windows.setStatusText(status);
+        windows.setCopyText(status);
+
+        std::string destination;
+        if (mirrored) {
+            destination = fFullPath(source, strBackupFolder);
+            // Two rows from folders of one name with one bare name would meet at one
+            // destination; the second is refused as in the flat layout.
+            if (!destination.empty() && written.count(upperCase(destination))) {
+                showDuplicate(name);
+                blnFlawed = true;
+                continue;
+            }
+            if (!destination.empty()) {
+                std::string folder = destination.substr(0, destination.find_last_of('\\'));
+                if (subfolders.emplace(upperCase(folder), folder).second)
+                    files.removeCopyLeftovers(folder);
+            }
+        } else {
+            destination = strBackupFolder + "\\" + name;
+            if (answeredOrYes([&] { return !fFirstMatch(destination).empty(); })) {
+                showDuplicate(name);
+                blnFlawed = true;
+                continue;
+            }
+        }
+        goOnBehind([&] {
+            windows.runCopy([&] { subCopyFile(source, destination); });
+            written.insert(upperCase(destination));
+        });
+    }
+
+    // A backup reported done is on the medium: the new entries of every folder it wrote, and
+    // the backup folder's own entry in the root.
+    for (const auto& [key, folder] : subfolders)
+        goOnBehind([&] { files.flushFolder(folder); });
+    goOnBehind([&] { files.flushFolder(strBackupFolder); });
+    goOnBehind([&] { files.flushFolder(s.DriveTarget + "\\"); });
+
+    windows.closeCopyWindow();
+
+    s.LastBackup = platform().clock->today();
+    subWriteIni(s.strIniFile, kSectionBasic, "LastBackup", shortDateText(s.LastBackup));
+
+    if (!blnFlawed)
+        MsgBox("Bestanden succesvol gekopieerd naar " + strBackupFolder, Buttons::OK,
+               Icon::Information, DefaultButton::First, "Back Up");
+    else
+        MsgBox("Bestanden gekopieerd naar " + strBackupFolder + kCrLf + kCrLf +
+                   "Niet alle bestanden in de lijst zijn echter gekopieerd door de mededelingen "
+                   "die u op het scherm kreeg!",
+               Buttons::OK, Icon::Exclamation, DefaultButton::First, "Back Up met fout(en)");
+}
+
+} // namespace
+
+void Cmd_Backup_Click(BackupWindows& windows, int16_t& intLoop, std::string& strBackupFolder) {
+    bool blnFlawed = false;
+    try {
+        backUp(windows, intLoop, strBackupFolder, blnFlawed);
+    } catch (const FileFailure& failure) {
+        tellFailure(windows, failure);
+    }
+    // The closing steps end every run, each once even when it fails: a target that has gone
+    // would otherwise bring them back for ever.
+    for (void (BackupWindows::*step)() :
+         {&BackupWindows::RefreshStatus, &BackupWindows::refreshTargetDirectories}) {
+        try {
+            goOnBehind([&] { (windows.*step)(); });
+        } catch (const FileFailure& failure) {
+            tellFailure(windows, failure);
+        }
+    }
+}
+
+} // namespace nv
