@@ -1,5 +1,7 @@
 #include "mainwindow/qt/FrmMain.h"
 
+#include "backup/BackupRun.h"
+#include "backup/qt/QtBackupWindows.h"
 #include "mainwindow/StatusTexts.h"
 #include "mainwindow/qt/ShapeControl.h"
 #include "mainwindow/qt/TargetLists.h"
@@ -91,6 +93,7 @@ FrmMain::FrmMain(QWidget* parent) : QMainWindow(parent) {
     setCentralWidget(central);
 
     buildControls(canvas);
+    buildWizardPanel();
     buildMenus();
     buildStatusBar();
     setTabOrder();
@@ -163,9 +166,12 @@ void FrmMain::buildControls(QWidget* canvas) {
     CmdRestore->hide();
 
     Shape1 = named(new ShapeControl(canvas), "Shape1", "Markering");
-    Shape1->setGeometry(twipsRect(9240, 1080, 975, 975));
+    Shape1->setTwips(9240, 1080, 975, 975);
     Shape1->hide();
+    // Painted on the window's surface, under the controls.
+    Shape1->lower();
 
+    connect(Cmd_Backup, &QPushButton::clicked, this, &FrmMain::Cmd_Backup_Click);
     connect(CmdSelectFiles, &QPushButton::clicked, this, &FrmMain::CmdSelectFiles_Click);
     connect(CmdVerwijder, &QPushButton::clicked, this, &FrmMain::CmdVerwijder_Click);
     connect(CmdDeleteDir, &QPushButton::clicked, this, &FrmMain::CmdDeleteDir_Click);
@@ -195,6 +201,8 @@ void FrmMain::buildMenus() {
     MoHelp = item(MnuHelp, "MoHelp", "Help F1");
     MoAbout = item(MnuHelp, "MoAbout", "About");
 
+    connect(moBackUp, &QAction::triggered, this, &FrmMain::Cmd_Backup_Click);
+    connect(moRestore, &QAction::triggered, this, &FrmMain::CmdRestore_Click);
     connect(MoVoegToe, &QAction::triggered, this, &FrmMain::CmdSelectFiles_Click);
     connect(MoVerwijder, &QAction::triggered, this, &FrmMain::CmdVerwijder_Click);
     connect(MoAfsluiten, &QAction::triggered, this, &FrmMain::MoAfsluiten_Click);
@@ -234,9 +242,10 @@ void FrmMain::tickClock() {
 }
 
 void FrmMain::setTabOrder() {
-    QWidget* order[] = {Cmd_Backup,    CmdSelectFiles,    LstSelectedFiles, CmdVerwijder,
-                        TxtLastBackup, CmdVervers,        CmdDeleteDir,     CmdRestore,
-                        TargetDrive,   TargetDirectories, TargetFileLst};
+    QWidget* order[] = {Cmd_Backup,        CmdSelectFiles,   LstSelectedFiles, CmdVerwijder,
+                        TxtLastBackup,     CmdVervers,       CmdDeleteDir,     CmdRestore,
+                        CmdWizRestore[0],  CmdWizRestore[1], CmdWizRestore[2], TargetDrive,
+                        TargetDirectories, TargetFileLst};
     for (std::size_t i = 1; i < std::size(order); ++i)
         QWidget::setTabOrder(order[i - 1], order[i]);
 }
@@ -280,6 +289,7 @@ void FrmMain::Form_Load() {
                 Cmd_Backup->hide();
                 CmdSelectFiles->hide();
                 CmdVerwijder->hide();
+                CmdRestore_Click();
             }
         },
         [&] { Timer1->start(); },
@@ -339,6 +349,11 @@ void FrmMain::MoAbout_Click() {
     FrmAbout about;
     about.Form_Load();
     about.exec();
+}
+
+void FrmMain::Cmd_Backup_Click() {
+    QtBackupWindows windows(*this);
+    nv::Cmd_Backup_Click(windows, intLoop, strBackupFolder);
 }
 
 void FrmMain::CmdSelectFiles_Click() {

@@ -36,10 +36,16 @@ public:
     void MoAfsluiten_Click();
     void MoAbout_Click();
 
+    void Cmd_Backup_Click();
     void CmdSelectFiles_Click();
     void CmdVerwijder_Click();
     void LstSelectedFiles_KeyDown(int KeyCode, int Shift);
     void INIbijwerken();
+
+    void CmdRestore_Click();
+    void CmdWizRestore_Click(int16_t Index);
+    void subRestoreWizard();
+    void MoveShape(int16_t subToX, int16_t subToY, int16_t subWidth, int16_t subHeight);
 
     void TargetDrive_Change();
     void TargetDirectories_Change();
@@ -72,6 +78,8 @@ public:
     QPushButton* CmdVervers;
     QPushButton* CmdRestore;
     QWidget* PicRestore;
+    QLabel* LblRestore[2];
+    QPushButton* CmdWizRestore[3];
     QStatusBar* StatusBar;
     QTimer* Timer1;
 
@@ -90,6 +98,7 @@ public:
     int16_t intRemoveRow = 0; // the row CmdVerwijder_Click asks about
     std::string strBackupFolder;
     bool blnDriveLost = false;
+    int16_t intWizardStep = 0;
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
@@ -100,6 +109,11 @@ private:
     // The steps of a drive change; throws FileFailure at the first that fails.
     void openTargetDrive();
     void buildControls(QWidget* canvas);
+    void buildWizardPanel();
+    // The step of the wizard that subRestoreWizard enters; throws on a failure.
+    void enterWizardStep();
+    // The window's Top and Height in twips, as the wizard moves and grows it.
+    void setTopTwips(int top);
     void buildMenus();
     void buildStatusBar();
     void setTabOrder();

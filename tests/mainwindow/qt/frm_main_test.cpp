@@ -257,6 +257,12 @@ TEST_F(FrmMainTest, RestoreOnlyStartOpensTheWindowWithoutTheBackupButtons) {
     EXPECT_TRUE(window->CmdSelectFiles->isHidden());
     EXPECT_TRUE(window->CmdVerwijder->isHidden());
     EXPECT_FALSE(window->isHidden());
+    // The wizard is open from the start, and its Stop leaves the buttons hidden.
+    EXPECT_EQ(window->intWizardStep, 1);
+    EXPECT_FALSE(window->PicRestore->isHidden());
+    window->CmdWizRestore_Click(2);
+    EXPECT_TRUE(window->Cmd_Backup->isHidden());
+    EXPECT_FALSE(window->CmdRestore->isHidden());
 }
 
 } // namespace

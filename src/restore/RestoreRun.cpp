@@ -1,0 +1,95 @@
+#include "restore/RestoreRun.h"
+
+#include "platform/Wildcard.h"
+#include "startup/FileOps.h"
+#include "startup/Paths.h"
+
+#include <map>
+#include <set>
+
+namespace nv {
+
+const char* const kRestoreNotFoundText =
+    "Niet alle files zijn gevonden!\r\nIn de bovenste lijst staan de bestanden geselecteerd die "
+    "NIET zijn teruggezet omdat deze niet te vinden zijn in de backup directory. U kunt door nu "
+    "op de knop 'Vorige' te drukken zoeken naar een andere map waarin deze bestanden staan.";
+
+const char* const kRestoreSameNameText =
+    "Bestanden met dezelfde naam uit verschillende mappen zijn NIET teruggezet, omdat uit deze "
+    "map niet blijkt bij welke map zij horen. Open de map met de naam van hun eigen map (een "
+    "backup met submappen) en druk opnieuw op 'Volgende'.";
+
+namespace {
+
+// The last folder of a full path, "" for a file at a root.
+std::string lastFolderOf(const std::string& path) {
+    std::size_t cut = path.find_last_of('\\');
+    if (cut == std::string::npos || cut == 0)
+        return "";
+    std::size_t before = path.find_last_of('\\', cut - 1);
+    return before == std::string::npos ? "" : path.substr(before + 1, cut - before - 1);
+}
+
+// Bare names that more than one selected row claims for a different file.
+std::set<std::string> namesOfSeveralFiles(const RestoreList& list) {
+    std::map<std::string, std::set<std::string>> paths;
+    for (int row = 0; row < list.count(); ++row) {
+        if (!list.selected(row))
+            continue;
+        std::string text = list.text(row);
+        std::size_t cut = text.find_last_of('\\');
+        std::string name = cut == std::string::npos ? text : text.substr(cut + 1);
+        paths[upperCase(name)].insert(upperCase(text));
+    }
+    std::set<std::string> several;
+    for (const auto& [name, files] : paths)
+        if (files.size() > 1)
+            several.insert(name);
+    return several;
+}
+
+} // namespace
+
+std::string fRestoreSelectedRows(RestoreList& list, const std::string& sourceFolder,
+                                 int16_t& intLoop) {
+    std::string notFound;
+    std::string sameName;
+    // Two rows naming one file by the same bare name in different folders would both take the
+    // one file of the folder; such a row is restored only from a folder named after its own,
+    // as a backup with subfolders has them.
+    const std::set<std::string> several = namesOfSeveralFiles(list);
+    const std::string openFolder = lastFolderOf(sourceFolder + "\\x");
+    const int last = list.count() - 1;
+    for (int row = 0; row <= last; ++row) {
+        intLoop = static_cast<int16_t>(row);
+        if (!list.selected(row))
+            continue;
+        std::string text = list.text(row);
+        std::string copy = text;
+        std::string name = fFileOfPath(copy);
+        std::string source = sourceFolder + "\\" + name;
+        if (!fPlainFileExists(source)) {
+            notFound = kRestoreNotFoundText;
+        } else if (several.count(upperCase(name)) &&
+                   !equalsIgnoringCase(lastFolderOf(text), openFolder)) {
+            sameName = kRestoreSameNameText;
+        } else {
+            subCopyFile(source, text);
+            list.setSelected(row, false);
+        }
+    }
+    std::string caption = "Het terugzetten van de bestanden is gereed. \r\n" + notFound;
+    if (!sameName.empty())
+        caption += (notFound.empty() ? "" : "\r\n") + sameName;
+    return caption;
+}
+
+std::string fWizardFailureText(const std::string& description, int step, int substep) {
+    return "Het terugzetten van de bestanden is niet (volledig) gelukt omdat er een fout is "
+           "ontstaan met de volgende omschrijving:\r\n" +
+           description + "\r\nDeze is opgetreden in stap " + std::to_string(step) +
+           " en in substap " + std::to_string(substep) +
+           ". Geef dit eventueel door aan de leverancier";
+}
+
+} // namespace nv
