@@ -11,6 +11,7 @@
 #include "platform/Platform.h"
 #include "platform/qt/ControlNames.h"
 #include "platform/qt/Twips.h"
+#include "platform/qt/WrappingButton.h"
 #include "sidewindows/qt/FrmAbout.h"
 #include "startup/AppSettings.h"
 #include "startup/MsgBox.h"
@@ -64,7 +65,7 @@ void colourText(QWidget* widget, const QColor& colour) {
 
 QPushButton* button(QWidget* parent, const char* name, const QString& caption, QRect where,
                     bool bold = false) {
-    auto* made = named(new QPushButton(caption, parent), name, {});
+    auto* made = named(new WrappingButton(caption, parent), name, {});
     made->setGeometry(where);
     if (bold)
         made->setFont(sansFont(9.75, true));

@@ -103,6 +103,8 @@ FrmAbout::FrmAbout(QWidget* parent)
     cmdOK = named(new QPushButton("OK", this), "cmdOK", {});
     cmdOK->setGeometry(twipsRect(4320, 4440, 1260, 345));
     cmdOK->setDefault(true);
+    // The window opens with OK ready, not with a caret in the text beside it.
+    cmdOK->setFocus();
     connect(cmdOK, &QPushButton::clicked, this, &FrmAbout::cmdOK_Click);
 }
 
