@@ -8,6 +8,7 @@ packages=(
     googletest libgtest-dev libgmock-dev
     g++-mingw-w64-x86-64-posix wine wine64
     xvfb xauth
+    python3-pyatspi at-spi2-core dbus
 )
 
 missing=()

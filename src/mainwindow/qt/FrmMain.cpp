@@ -42,8 +42,9 @@ constexpr int kMinimumHeight = 9000;
 // AantalFiles is a signed 16-bit count.
 constexpr int kMaximumRows = 32767;
 const QColor kRed(255, 0, 0);
-// The face of scroll bars on the home platform, behind the last-backup line.
-const QColor kScrollBarFace(200, 200, 200);
+// A red and a scroll-bar grey dark and light enough to read: 4.9 to 1.
+const QColor kLineRed(192, 0, 0);
+const QColor kScrollBarFace(224, 224, 224);
 
 QString fromStd(const std::string& text) {
     return QString::fromStdString(text);
@@ -113,7 +114,7 @@ void FrmMain::buildControls(QWidget* canvas) {
     TxtLastBackup->setGeometry(twipsRect(240, 120, 7695, 375));
     TxtLastBackup->setFont(sansFont(9.75));
     QPalette palette = TxtLastBackup->palette();
-    palette.setColor(QPalette::Text, kRed);
+    palette.setColor(QPalette::Text, kLineRed);
     palette.setColor(QPalette::Base, kScrollBarFace);
     TxtLastBackup->setPalette(palette);
 
@@ -140,6 +141,8 @@ void FrmMain::buildControls(QWidget* canvas) {
     fraDirectory = named(new QGroupBox("Inhoud Backup schijf", canvas), "fraDirectory", {});
     fraDirectory->setGeometry(twipsRect(240, 4320, 9375, 2655));
     TargetDrive = named(new DriveListBox(fraDirectory), "TargetDrive", "Doelstation");
+    // Screen readers on Linux name a drop-down list by its entry; the role goes here.
+    TargetDrive->setAccessibleDescription("Doelstation");
     TargetDrive->setGeometry(twipsRect(120, 240, 2655, 315));
     TargetDirectories = named(new DirListBox(fraDirectory), "TargetDirectories", "Mappen");
     TargetDirectories->setGeometry(twipsRect(3000, 240, 2775, 1440));
@@ -202,13 +205,16 @@ void FrmMain::buildMenus() {
     MoHelp = item(MnuHelp, "MoHelp", "Help F1");
     MoAbout = item(MnuHelp, "MoAbout", "About");
 
-    connect(moBackUp, &QAction::triggered, this, &FrmMain::Cmd_Backup_Click);
-    connect(moRestore, &QAction::triggered, this, &FrmMain::CmdRestore_Click);
-    connect(MoVoegToe, &QAction::triggered, this, &FrmMain::CmdSelectFiles_Click);
-    connect(MoVerwijder, &QAction::triggered, this, &FrmMain::CmdVerwijder_Click);
-    connect(MoAfsluiten, &QAction::triggered, this, &FrmMain::MoAfsluiten_Click);
-    connect(MoHelp, &QAction::triggered, this, &FrmMain::MoHelp_Click);
-    connect(MoAbout, &QAction::triggered, this, &FrmMain::MoAbout_Click);
+    // A menu entry's window or box opens once the menu has closed and answered, so a screen
+    // reader that chose the entry is not kept waiting for the window to close.
+    const auto later = Qt::QueuedConnection;
+    connect(moBackUp, &QAction::triggered, this, &FrmMain::Cmd_Backup_Click, later);
+    connect(moRestore, &QAction::triggered, this, &FrmMain::CmdRestore_Click, later);
+    connect(MoVoegToe, &QAction::triggered, this, &FrmMain::CmdSelectFiles_Click, later);
+    connect(MoVerwijder, &QAction::triggered, this, &FrmMain::CmdVerwijder_Click, later);
+    connect(MoAfsluiten, &QAction::triggered, this, &FrmMain::MoAfsluiten_Click, later);
+    connect(MoHelp, &QAction::triggered, this, &FrmMain::MoHelp_Click, later);
+    connect(MoAbout, &QAction::triggered, this, &FrmMain::MoAbout_Click, later);
 }
 
 void FrmMain::buildStatusBar() {

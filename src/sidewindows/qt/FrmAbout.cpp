@@ -13,6 +13,8 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPushButton>
+#include <QStyle>
+#include <QStyleOptionFocusRect>
 
 namespace nv {
 
@@ -86,19 +88,15 @@ FrmAbout::FrmAbout(QWidget* parent)
     TxtInfo = named(new QLineEdit(this), "TxtInfo", "Informatie");
     TxtInfo->setGeometry(twipsRect(240, 3840, 5415, 525));
     TxtInfo->setFrame(false);
+    TxtInfo->setReadOnly(true);
     QPalette face = TxtInfo->palette();
     face.setColor(QPalette::Base, face.color(QPalette::Button));
     TxtInfo->setPalette(face);
 
-    LblMail = label(this, "LblMail", twipsRect(240, 4440, 3975, 255));
-    QFont underlined = font;
-    underlined.setUnderline(true);
-    LblMail->setFont(underlined);
-    LblMail->setCursor(Qt::PointingHandCursor);
+    LblMail = named(new MailLink(this), "LblMail", kSupportAddress);
+    LblMail->setGeometry(twipsRect(240, 4440, 3975, 255));
     LblMail->setText(kSupportAddress);
-    colourText(LblMail, kDarkBlue);
-    LblMail->setFocusPolicy(Qt::TabFocus);
-    LblMail->installEventFilter(this);
+    connect(LblMail, &QAbstractButton::clicked, this, &FrmAbout::LblMail_Click);
 
     cmdOK = named(new QPushButton("OK", this), "cmdOK", {});
     cmdOK->setGeometry(twipsRect(4320, 4440, 1260, 345));
@@ -106,6 +104,34 @@ FrmAbout::FrmAbout(QWidget* parent)
     // The window opens with OK ready, not with a caret in the text beside it.
     cmdOK->setFocus();
     connect(cmdOK, &QPushButton::clicked, this, &FrmAbout::cmdOK_Click);
+}
+
+MailLink::MailLink(QWidget* parent) : QAbstractButton(parent), colour_(kDarkBlue) {
+    setCursor(Qt::PointingHandCursor);
+    setFocusPolicy(Qt::TabFocus);
+    QFont underlined = font();
+    underlined.setUnderline(true);
+    setFont(underlined);
+}
+
+void MailLink::setColour(const QColor& colour) {
+    colour_ = colour;
+    update();
+}
+
+QSize MailLink::sizeHint() const {
+    return fontMetrics().size(Qt::TextSingleLine, text());
+}
+
+void MailLink::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setPen(colour_);
+    painter.drawText(rect(), Qt::AlignLeft | Qt::AlignVCenter, text());
+    if (hasFocus()) {
+        QStyleOptionFocusRect focus;
+        focus.initFrom(this);
+        style()->drawPrimitive(QStyle::PE_FrameFocusRect, &focus, &painter, this);
+    }
 }
 
 void FrmAbout::Form_Load() {
@@ -127,24 +153,8 @@ void FrmAbout::cmdOK_Click() {
 }
 
 void FrmAbout::LblMail_Click() {
-    colourText(LblMail, kDarkRed);
+    LblMail->setColour(kDarkRed);
     subOpenUrl(std::string("mailto:") + kSupportAddress);
-}
-
-bool FrmAbout::eventFilter(QObject* watched, QEvent* event) {
-    if (watched == LblMail && event->type() == QEvent::MouseButtonRelease &&
-        static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton) {
-        LblMail_Click();
-        return true;
-    }
-    if (watched == LblMail && event->type() == QEvent::KeyPress) {
-        int key = static_cast<QKeyEvent*>(event)->key();
-        if (key == Qt::Key_Space || key == Qt::Key_Return || key == Qt::Key_Enter) {
-            LblMail_Click();
-            return true;
-        }
-    }
-    return QDialog::eventFilter(watched, event);
 }
 
 } // namespace nv

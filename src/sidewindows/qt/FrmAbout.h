@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QAbstractButton>
 #include <QDialog>
 
 class QLabel;
@@ -7,6 +8,21 @@ class QLineEdit;
 class QPushButton;
 
 namespace nv {
+
+// An underlined address that a click, Space or Enter opens; a button to a screen reader.
+class MailLink : public QAbstractButton {
+public:
+    explicit MailLink(QWidget* parent = nullptr);
+    QColor colour() const { return colour_; }
+    void setColour(const QColor& colour);
+    QSize sizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    QColor colour_;
+};
 
 // What the tool is, its version, and where to mail with questions.
 class FrmAbout : public QDialog {
@@ -26,11 +42,8 @@ public:
     QWidget* Line1_0;
     QLabel* lblDisclaimer;
     QLineEdit* TxtInfo;
-    QLabel* LblMail;
+    MailLink* LblMail;
     QPushButton* cmdOK;
-
-protected:
-    bool eventFilter(QObject* watched, QEvent* event) override;
 };
 
 extern const char* const kSupportAddress;

@@ -212,6 +212,7 @@ TEST_F(FrmMainTest, TheHelpMenuAndF1BothOpenTheHelpFile) {
     window.MoHelp->trigger();
     QCoreApplication::processEvents();
     QTest::keyClick(window.LstSelectedFiles, Qt::Key_F1);
+    QCoreApplication::processEvents();
     qApp->removeEventFilter(&help);
     EXPECT_EQ(machine.shell.opened, (std::vector<std::string>{App.HelpFile, App.HelpFile}));
 }

@@ -60,6 +60,7 @@ TEST_F(ListAndPanelTest, AddingAFileAppendsItsRowAndStartsTheNextDialogInItsFold
     machine.dialogs.answers = {"C:\\kas\\kas", "C:\\boot.ini"};
     window.CmdSelectFiles_Click();
     window.MoVoegToe->trigger();
+    QCoreApplication::processEvents();
     EXPECT_EQ(machine.dialogs.titles[0], "Files voor BackUp");
     EXPECT_EQ(machine.dialogs.startedIn, (std::vector<std::string>{"C:\\Data", "C:"}));
     EXPECT_EQ(AppSettings.dirfrom, "C:");
@@ -107,6 +108,7 @@ TEST_F(ListAndPanelTest, RemovingRowsAsksFirstAndLeavesHigherKeysInTheFile) {
         window.LstSelectedFiles->setCurrentRow(0);
         machine.boxes.answer(Answer::Yes);
         window.MoVerwijder->trigger();
+        QCoreApplication::processEvents();
     }
     EXPECT_EQ(window.LstSelectedFiles->count(), 3);
     EXPECT_EQ(window.LstSelectedFiles->item(0)->text(), "C:\\Data\\file10.txt");

@@ -8,6 +8,7 @@
 #include "support/TestMachine.h"
 
 #include <QAction>
+#include <QCoreApplication>
 #include <QGroupBox>
 #include <QLabel>
 #include <QListWidget>
@@ -72,6 +73,7 @@ TEST_F(WizardTest, AFullRestoreFromAFlatBackupThroughTheFiveSteps) {
     const int height = window.heightTwips();
     const int frameTop = window.fraDirectory->y();
     window.moRestore->trigger();
+    QCoreApplication::processEvents();
     EXPECT_EQ(window.intWizardStep, 1);
     EXPECT_FALSE(window.PicRestore->isHidden());
     EXPECT_NEAR(window.heightTwips(), height + 1305, 15);

@@ -101,13 +101,13 @@ TEST(About, ShowsItsTextsAndTheMailLinkGoesThroughAThrowAwayShortcut) {
               "regelt geen backup over meerdere diskettes");
     EXPECT_EQ(about.TxtInfo->text(), "Voor vragen, mail naar:");
     EXPECT_EQ(about.lblDisclaimer->text(), QString::fromUtf8(kCopyrightLine));
-    EXPECT_EQ(about.LblMail->palette().color(QPalette::WindowText), QColor(0, 0, 192));
+    EXPECT_EQ(about.LblMail->colour(), QColor(0, 0, 192));
 
     const std::string shortcut =
         std::string("[internetShortcut]\r\nurl =mailto:") + kSupportAddress + "\r\n";
     for (int click = 0; click < 2; ++click) {
         QTest::mouseClick(about.LblMail, Qt::LeftButton);
-        EXPECT_EQ(about.LblMail->palette().color(QPalette::WindowText), QColor(192, 0, 0));
+        EXPECT_EQ(about.LblMail->colour(), QColor(192, 0, 0));
         EXPECT_FALSE(machine.temp.exists("Program/temp.url"));
     }
     ASSERT_EQ(machine.shell.contents.size(), 2u);
