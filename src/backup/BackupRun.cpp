@@ -1,5 +1,7 @@
 #include "backup/BackupRun.h"
 
+#include "backup/CopyBatch.h"
+
 #include "platform/DateText.h"
 #include "platform/FailureText.h"
 #include "platform/Platform.h"
@@ -11,7 +13,7 @@
 
 #include <limits>
 #include <map>
-#include <set>
+#include <vector>
 
 namespace nv {
 
@@ -28,6 +30,32 @@ bool folderExists(const std::string& folder) {
 bool isBlank(const std::string& text) {
     return text.find_first_not_of(' ') == std::string::npos;
 }
+
+// Puts the run's pending copies in place before any box it shows, so that what the user reads
+// matches the medium. A commit refused with 75 passes over; any other failure takes the run's
+// failure path in the place of the box.
+class CommitBeforeBoxes : public MessageBoxes {
+public:
+    CommitBeforeBoxes(CopyBatch& copies, BackupWindows& windows)
+        : copies_(copies), windows_(windows), boxes_(platform().boxes) {
+        platform().boxes = this;
+    }
+    ~CommitBeforeBoxes() override { platform().boxes = boxes_; }
+    CommitBeforeBoxes(const CommitBeforeBoxes&) = delete;
+    CommitBeforeBoxes& operator=(const CommitBeforeBoxes&) = delete;
+
+    Answer show(const MessageBoxRequest& request) override {
+        if (copies_.pending())
+            goOnBehind([&] { windows_.runCommit([&] { copies_.commit(); }); });
+        return boxes_ ? boxes_->show(request)
+                      : defaultAnswer(request.buttons, request.defaultButton);
+    }
+
+private:
+    CopyBatch& copies_;
+    BackupWindows& windows_;
+    MessageBoxes* boxes_;
+};
 
 // The run's failure path for every number but 75: one box, the progress window closed.
 void tellFailure(BackupWindows& windows, const FileFailure& failure) {
@@ -62,8 +90,8 @@ void showDuplicate(const std::string& name) {
 }
 
 // The run up to its closing steps; a return goes to them, and so does every failure but 75.
-void backUp(BackupWindows& windows, int16_t& intLoop, std::string& strBackupFolder,
-            bool& blnFlawed) {
+void backUp(BackupWindows& windows, CopyBatch& copies, int16_t& intLoop,
+            std::string& strBackupFolder, bool& blnFlawed) {
     AppSettingsRecord& s = AppSettings;
     FileSystem& files = *platform().files;
 
@@ -98,8 +126,7 @@ void backUp(BackupWindows& windows, int16_t& intLoop, std::string& strBackupFold
     files.removeCopyLeftovers(strBackupFolder);
 
     const bool mirrored = s.Directory == 1;
-    // Destinations written in this run, and the subfolders the mirrored layout used; upper case.
-    std::set<std::string> written;
+    // The subfolders the mirrored layout used, by their names in upper case.
     std::map<std::string, std::string> subfolders;
     const int rows = s.AantalFiles;
     for (int row = 1; row <= rows; ++row) {
@@ -131,7 +158,7 @@ void backUp(BackupWindows& windows, int16_t& intLoop, std::string& strBackupFold
             destination = fFullPath(source, strBackupFolder);
             // Two rows from folders of one name with one bare name would meet at one
             // destination; the second is refused as in the flat layout.
-            if (!destination.empty() && written.count(upperCase(destination))) {
+            if (!destination.empty() && copies.holds(destination)) {
                 showDuplicate(name);
                 blnFlawed = true;
                 continue;
@@ -143,24 +170,25 @@ void backUp(BackupWindows& windows, int16_t& intLoop, std::string& strBackupFold
             }
         } else {
             destination = strBackupFolder + "\\" + name;
-            if (answeredOrYes([&] { return !fFirstMatch(destination).empty(); })) {
+            // A copy still waiting for its commit is not on disk under its name yet.
+            if (copies.holds(destination) ||
+                answeredOrYes([&] { return !fFirstMatch(destination).empty(); })) {
                 showDuplicate(name);
                 blnFlawed = true;
                 continue;
             }
         }
-        goOnBehind([&] {
-            windows.runCopy([&] { subCopyFile(source, destination); });
-            written.insert(upperCase(destination));
-        });
+        goOnBehind([&] { windows.runCopy([&] { copies.copy(source, destination); }); });
     }
 
-    // A backup reported done is on the medium: the new entries of every folder it wrote, and
-    // the backup folder's own entry in the root.
+    // A backup reported done is on the medium: the last copies, the new entries of every folder
+    // it wrote, and the backup folder's own entry in the root.
+    std::vector<std::string> folders;
     for (const auto& [key, folder] : subfolders)
-        goOnBehind([&] { files.flushFolder(folder); });
-    goOnBehind([&] { files.flushFolder(strBackupFolder); });
-    goOnBehind([&] { files.flushFolder(s.DriveTarget + "\\"); });
+        folders.push_back(folder);
+    folders.push_back(strBackupFolder);
+    folders.push_back(s.DriveTarget + "\\");
+    goOnBehind([&] { windows.runCommit([&] { copies.commit(folders); }); });
 
     windows.closeCopyWindow();
 
@@ -181,10 +209,22 @@ void backUp(BackupWindows& windows, int16_t& intLoop, std::string& strBackupFold
 
 void Cmd_Backup_Click(BackupWindows& windows, int16_t& intLoop, std::string& strBackupFolder) {
     bool blnFlawed = false;
-    try {
-        backUp(windows, intLoop, strBackupFolder, blnFlawed);
-    } catch (const FileFailure& failure) {
-        tellFailure(windows, failure);
+    {
+        CopyBatch copies(*platform().files);
+        CommitBeforeBoxes commitFirst(copies, windows);
+        try {
+            backUp(windows, copies, intLoop, strBackupFolder, blnFlawed);
+        } catch (const FileFailure& failure) {
+            // What the run wrote before the failure goes in place before its box; a commit that
+            // fails as well removes its copies and leaves the first failure to tell.
+            if (copies.pending()) {
+                try {
+                    windows.runCommit([&] { copies.commit(); });
+                } catch (const FileFailure&) {
+                }
+            }
+            tellFailure(windows, failure);
+        }
     }
     // The closing steps end every run, each once even when it fails: a target that has gone
     // would otherwise bring them back for ever.

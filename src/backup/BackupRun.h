@@ -33,6 +33,8 @@ public:
     // Runs one copy. The window side runs it on a worker thread while the window's thread keeps
     // the clip moving and serves no user input; a FileFailure thrown by work reaches the caller.
     virtual void runCopy(const std::function<void()>& work) { work(); }
+    // Runs the flush and renames that put a group of copies in place; as runCopy, the clip moving.
+    virtual void runCommit(const std::function<void()>& work) { runCopy(work); }
 };
 
 // Copies the backup list into a new dated folder on the target drive. intLoop and

@@ -1,9 +1,23 @@
 #pragma once
 
+#include <cstdint>
+#include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 namespace nv {
+
+// A copy written into a hidden temporary file beside its destination, its data not yet flushed.
+// CopyBatch puts such copies in place in groups.
+struct StagedCopy {
+    std::string destination; // drive form, as asked for
+    std::string temporary;   // the platform's own path of the temporary file
+    std::string target;      // and of the destination
+    std::uintmax_t bytes = 0;
+    unsigned long attributes = 0; // what the platform gives the destination once in place
+    std::shared_ptr<void> hold;   // what the platform keeps open until the data is flushed
+};
 
 // File operations on paths in drive form (C:\Data\NV.ini). Every failure throws FileFailure.
 class FileSystem {
@@ -37,6 +51,21 @@ public:
     // Removes the temporary files that interrupted copies left in folder. Never fails: what
     // cannot be removed stays hidden and is never taken for a backed-up file.
     virtual void removeCopyLeftovers(const std::string& folder) = 0;
+
+    // Copies in groups (see CopyBatch). Writes the copy into a hidden temporary file beside
+    // destination, unflushed; a failing one removes its temporary. Nothing returned means the
+    // copy is already in place, flushed: what this default does for file systems without groups.
+    virtual std::optional<StagedCopy> stageCopy(const std::string& source,
+                                                const std::string& destination) {
+        copyFile(source, destination);
+        return std::nullopt;
+    }
+    // Puts the data of these staged copies on the medium.
+    virtual void flushStaged(const std::vector<StagedCopy>& copies) { (void)copies; }
+    // Renames one flushed temporary over its destination.
+    virtual void placeStaged(const StagedCopy& copy) { (void)copy; }
+    // Removes the temporary of a copy that is not to be placed. Never fails.
+    virtual void discardStaged(const StagedCopy& copy) noexcept { (void)copy; }
 };
 
 // What a copy puts between a leading dot and its own suffix in the name of the temporary file

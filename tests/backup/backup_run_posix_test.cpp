@@ -231,4 +231,35 @@ TEST_F(RealTarget, ARunKilledInTheMiddleOfACopyLeavesNoWrongFile) {
     EXPECT_TRUE(sameBytes(written / "big.mdb", machine.temp.native("bron/big.mdb")));
 }
 
+// A run killed between two copies of one group leaves their data only in hidden temporaries,
+// never under a final name, and the next run clears them.
+TEST_F(RealTarget, ARunKilledBetweenTwoCopiesOfAGroupLeavesOnlyTemporaries) {
+    list({source("a.ini", 1000), source("b.mdb", 300 << 10), source("c.ini", 1000)});
+    windows.beforeCopy = [](int copy) {
+        if (copy == 3)
+            ::kill(::getpid(), SIGKILL);
+    };
+    std::fflush(nullptr);
+    pid_t child = ::fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        run();
+        ::_exit(0);
+    }
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    ASSERT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL);
+
+    Log left = entriesOf(point / kToday);
+    EXPECT_EQ(left.size(), 2u);
+    for (const std::string& name : left)
+        EXPECT_TRUE(isCopyTemporary(name)) << name;
+
+    windows.beforeCopy = nullptr;
+    run();
+    EXPECT_EQ(boxes.shown.back().title, "Back Up");
+    EXPECT_EQ(entriesOf(point / kToday), (Log{"a.ini", "b.mdb", "c.ini"}));
+    EXPECT_TRUE(sameBytes(point / kToday / "b.mdb", machine.temp.native("bron/b.mdb")));
+}
+
 } // namespace

@@ -1,4 +1,5 @@
 #include "backup/BackupRun.h"
+#include "backup/CopyBatch.h"
 #include "platform/DateText.h"
 #include "startup/AppSettings.h"
 #include "support/BackupFakes.h"
@@ -424,8 +425,11 @@ TEST_F(BackupRun, AFailingCopyAbandonsTheRunWithTheBoxOfItsNumber) {
         files.copiedFrom.clear();
         files.failCopyFrom(failing, c.number);
         bool windowUpDuringBox = false;
-        boxes.onShow = [&](const MessageBoxRequest&) {
+        Log onStickAtBox;
+        boxes.onShow = [&](const MessageBoxRequest& box) {
             windowUpDuringBox = windows.copyWindowOpen;
+            if (box.title == c.title)
+                onStickAtBox = entries(kToday);
         };
         run();
 
@@ -436,10 +440,85 @@ TEST_F(BackupRun, AFailingCopyAbandonsTheRunWithTheBoxOfItsNumber) {
         EXPECT_EQ(tail,
                   (Log{"box " + c.title, "close", "RefreshStatus", "refreshTargetDirectories"}));
         EXPECT_EQ(files.copiedFrom, (Log{first, failing}));
+        // What was copied before the failure is in place when the user reads of it.
+        EXPECT_EQ(onStickAtBox, Log{"a.ini"});
         EXPECT_EQ(entries(kToday), Log{"a.ini"});
         EXPECT_EQ(settingsFile(), kSettingsBefore);
         EXPECT_EQ(AppSettings.LastBackup, dateFromCivil({2026, 11, 1}));
     }
+}
+
+TEST_F(BackupRun, EveryBoxComesAfterTheCopiesBeforeItAreInPlace) {
+    const std::string first = source("a\\NV.ini", "a");
+    list({first, source("b\\NV.ini", "b"), source("c.ini", "c"),
+          machine.temp.drive("bron\\weg.mdb")});
+    std::vector<Log> onStickAtBox;
+    boxes.onShow = [&](const MessageBoxRequest&) {
+        onStickAtBox.push_back(fs::exists(onStick(kToday)) ? entries(kToday) : Log{});
+    };
+    run();
+
+    // The second NV.ini is refused although the first still waited for its commit.
+    ASSERT_EQ(boxes.shown.size(), 4u);
+    EXPECT_EQ(boxes.shown[1].title, "Bestand wordt niet gekopieerd");
+    EXPECT_EQ(boxes.shown[2].title, "Kan bestand niet vinden");
+    EXPECT_EQ(boxes.shown[3].title, "Back Up met fout(en)");
+    EXPECT_EQ(onStickAtBox[1], Log{"NV.ini"});
+    EXPECT_EQ(onStickAtBox[2], (Log{"NV.ini", "c.ini"}));
+    EXPECT_EQ(onStickAtBox[3], (Log{"NV.ini", "c.ini"}));
+    EXPECT_EQ(bytesOf(onStick(kToday + "/NV.ini")), "a");
+}
+
+TEST_F(BackupRun, ACommitThatCannotFlushGivesTheBoxOfItsNumberAndLeavesNoFile) {
+    const std::string writeTitle = "Fout bij schrijven naar backup schijf";
+    const std::string fullText =
+        "De backup schijf is vol, verwijder een oude backup map of gebruik een nieuwe schijf";
+    files.failStagedFlush(kFailTargetFull);
+    bool windowUpDuringBox = false;
+    boxes.onShow = [&](const MessageBoxRequest&) { windowUpDuringBox = windows.copyWindowOpen; };
+
+    // At the end of the run.
+    list({source("a.ini", "a"), source("b.mdb", "b")});
+    run();
+    ASSERT_EQ(boxes.shown.size(), 2u);
+    expectBox(boxes.shown[1], writeTitle, fullText, Buttons::OK, Icon::Critical);
+    EXPECT_TRUE(windowUpDuringBox);
+    EXPECT_TRUE(entries(kToday).empty());
+    EXPECT_EQ(settingsFile(), kSettingsBefore);
+    EXPECT_EQ(AppSettings.LastBackup, dateFromCivil({2026, 11, 1}));
+
+    // Before a box in the middle: the user hears that the target is full, not of the row.
+    fs::remove_all(onStick(kToday));
+    boxes.shown.clear();
+    list({source("a.ini", "a"), machine.temp.drive("bron\\weg.mdb"), source("b.mdb", "b")});
+    run();
+    ASSERT_EQ(boxes.shown.size(), 2u);
+    expectBox(boxes.shown[1], writeTitle, fullText, Buttons::OK, Icon::Critical);
+    EXPECT_EQ(windows.copies, 3);
+    EXPECT_TRUE(entries(kToday).empty());
+    EXPECT_EQ(AppSettings.LastBackup, dateFromCivil({2026, 11, 1}));
+}
+
+TEST_F(BackupRun, AGroupThatReachesItsBoundIsInPlaceBeforeTheNextCopy) {
+    const int count = static_cast<int>(CopyBatch::kMaxFiles) + 1;
+    std::vector<std::string> rows;
+    for (int i = 0; i < count; ++i) {
+        const std::string number = std::to_string(i);
+        rows.push_back(source("f" + number + ".ini", number));
+    }
+    list(rows);
+    Log beforeLast;
+    windows.beforeCopy = [&](int copy) {
+        if (copy == count)
+            beforeLast = entries(kToday);
+    };
+    run();
+
+    EXPECT_EQ(beforeLast.size(), CopyBatch::kMaxFiles);
+    EXPECT_EQ(std::count_if(beforeLast.begin(), beforeLast.end(), isCopyTemporary), 0);
+    EXPECT_EQ(boxes.shown.back().title, "Back Up");
+    EXPECT_EQ(entries(kToday).size(), static_cast<std::size_t>(count));
+    EXPECT_EQ(bytesOf(onStick(kToday + "/f256.ini")), "256");
 }
 
 TEST_F(BackupRun, FailuresOfTheWindowsTakeTheSamePathAndTheClosingStepsRunOnce) {

@@ -48,10 +48,16 @@ public:
             beforeCopy(copies);
         work();
     }
+    // Not in the log: where a group of copies is committed is the run's own choice.
+    void runCommit(const std::function<void()>& work) override {
+        ++commits;
+        work();
+    }
 
     std::vector<std::string> log;
     bool copyWindowOpen = false;
     int copies = 0;
+    int commits = 0;
     std::function<void(int)> beforeCopy; // called with the number of the copy, from 1
     std::optional<nv::FileFailure> showFailure;
     std::optional<nv::FileFailure> refreshFailure;
@@ -85,6 +91,8 @@ public:
     void failMakeFolder(const std::string& path, int32_t number) {
         folderFailures_[nv::upperCase(path)] = number;
     }
+    // Every flush of the data of a group of copies fails with number.
+    void failStagedFlush(int32_t number) { stagedFlushFailure_ = number; }
     std::vector<std::string> copiedFrom; // every source a copy was tried from
 
     std::string firstMatch(const std::string& pattern) override {
@@ -120,6 +128,19 @@ public:
     void removeCopyLeftovers(const std::string& folder) override {
         real_.removeCopyLeftovers(folder);
     }
+    std::optional<nv::StagedCopy> stageCopy(const std::string& source,
+                                            const std::string& destination) override {
+        copiedFrom.push_back(source);
+        failIfListed(copyFailures_, source);
+        return real_.stageCopy(source, destination);
+    }
+    void flushStaged(const std::vector<nv::StagedCopy>& copies) override {
+        if (stagedFlushFailure_)
+            throw nv::fileFailure(stagedFlushFailure_);
+        real_.flushStaged(copies);
+    }
+    void placeStaged(const nv::StagedCopy& copy) override { real_.placeStaged(copy); }
+    void discardStaged(const nv::StagedCopy& copy) noexcept override { real_.discardStaged(copy); }
     std::vector<std::string> flushed;
 
 private:
@@ -133,6 +154,7 @@ private:
     nv::FileSystem& real_;
     std::map<std::string, int32_t> copyFailures_;
     std::map<std::string, int32_t> folderFailures_;
+    int32_t stagedFlushFailure_ = 0;
 };
 
 // The target drive of a test over a folder below temp: E: on Linux. Windows (and Wine) cannot give

@@ -4,14 +4,18 @@
 #include "platform/Wildcard.h"
 #include "platform/posix/NativePath.h"
 
+#include <algorithm>
 #include <atomic>
 #include <cerrno>
+#include <cstdio>
 #include <dirent.h>
 #include <fcntl.h>
 #include <functional>
 #include <memory>
 #include <stdio.h>
 #include <sys/stat.h>
+#include <sys/statfs.h>
+#include <sys/utsname.h>
 #include <unistd.h>
 #include <vector>
 
@@ -113,10 +117,11 @@ std::vector<std::string> plainMatches(const std::string& folder, const std::stri
     return names;
 }
 
-// Writes source into a hidden temporary file beside destination, flushed, with the source's
-// permission bits and times, and renames it over destination.
-void copyNative(const std::string& source, const std::string& destination,
-                const std::string& drivePath) {
+// Writes source into a hidden temporary file beside destination, with the source's permission
+// bits and times, flushed if asked; returns its path. A failure removes the temporary.
+std::string writeTemporary(const std::string& source, const std::string& destination,
+                           const std::string& drivePath, bool flush,
+                           std::uintmax_t* bytes = nullptr) {
     Fd in;
     in.fd = ::open(source.c_str(), O_RDONLY | O_CLOEXEC);
     if (in.fd < 0)
@@ -126,6 +131,8 @@ void copyNative(const std::string& source, const std::string& destination,
         throwErrno(errno, drivePath);
     if (!S_ISREG(st.st_mode))
         throw fileFailure(kFailAccessRefused);
+    if (bytes)
+        *bytes = static_cast<std::uintmax_t>(st.st_size);
 
     static std::atomic<unsigned> counter{0};
     std::string temp = parentOf(destination) + "/." + baseOf(destination) + kCopyTemporaryMark +
@@ -141,18 +148,52 @@ void copyNative(const std::string& source, const std::string& destination,
     struct timespec times[2] = {st.st_atim, st.st_mtim};
     if (err == 0 && ::futimens(out.fd, times) != 0)
         err = errno;
-    if (err == 0 && ::fsync(out.fd) != 0)
+    if (err == 0 && flush && ::fsync(out.fd) != 0)
         err = errno;
     if (err == 0 && ::close(out.fd) != 0)
         err = errno;
     out.fd = -1;
-    if (err == 0 && ::rename(temp.c_str(), destination.c_str()) != 0)
-        err = errno;
     if (err != 0) {
         ::unlink(temp.c_str());
         throwErrno(err, drivePath);
     }
+    return temp;
 }
+
+// Copies source over destination through a flushed temporary file and a rename.
+void copyNative(const std::string& source, const std::string& destination,
+                const std::string& drivePath) {
+    std::string temp = writeTemporary(source, destination, drivePath, true);
+    if (::rename(temp.c_str(), destination.c_str()) != 0) {
+        int err = errno;
+        ::unlink(temp.c_str());
+        throwErrno(err, drivePath);
+    }
+}
+
+// Flushes one written file through a descriptor of its own; unlike syncfs this also reaches
+// the medium behind a FUSE file system.
+void fsyncPath(const std::string& path, const std::string& drivePath) {
+    Fd fd;
+    fd.fd = ::open(path.c_str(), O_WRONLY | O_CLOEXEC);
+    if (fd.fd < 0 || ::fsync(fd.fd) != 0)
+        throwErrno(errno, drivePath);
+}
+
+// Linux reports write failures through syncfs from 5.8 on; before, it always answered success.
+bool syncfsReportsFailures() {
+    static const bool reports = [] {
+        struct utsname name {};
+        int major = 0;
+        int minor = 0;
+        if (::uname(&name) != 0 || std::sscanf(name.release, "%d.%d", &major, &minor) != 2)
+            return false;
+        return major > 5 || (major == 5 && minor >= 8);
+    }();
+    return reports;
+}
+
+constexpr long kFuseMagic = 0x65735546;
 
 } // namespace
 
@@ -233,6 +274,71 @@ void PosixFileSystem::moveFile(const std::string& oldPath, const std::string& ne
 
 void PosixFileSystem::copyFile(const std::string& source, const std::string& destination) {
     copyNative(nativePath(drives_, source), nativePath(drives_, destination), destination);
+}
+
+// A folder held open on one file system: syncfs through it reports every write failure on that
+// file system since it was opened, so it is opened before the first staged copy writes there.
+struct PosixFileSystem::Watch {
+    Fd folder;
+    bool whole = false; // one syncfs puts everything written there on the medium
+};
+
+std::shared_ptr<PosixFileSystem::Watch> PosixFileSystem::watchFor(const std::string& folder) {
+    struct stat st {};
+    if (::stat(folder.c_str(), &st) != 0)
+        return nullptr; // the copy itself tells what is wrong with the folder
+    std::lock_guard<std::mutex> lock(watchesMutex_);
+    std::weak_ptr<Watch>& known = watches_[static_cast<std::uint64_t>(st.st_dev)];
+    if (std::shared_ptr<Watch> watch = known.lock())
+        return watch;
+    auto watch = std::make_shared<Watch>();
+    watch->folder.fd = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (watch->folder.fd < 0)
+        return nullptr;
+    struct statfs fs {};
+    watch->whole = syncfsReportsFailures() && ::fstatfs(watch->folder.fd, &fs) == 0 &&
+                   static_cast<long>(fs.f_type) != kFuseMagic;
+    known = watch;
+    return watch;
+}
+
+std::optional<StagedCopy> PosixFileSystem::stageCopy(const std::string& source,
+                                                     const std::string& destination) {
+    std::string from = nativePath(drives_, source);
+    std::string to = nativePath(drives_, destination);
+    StagedCopy copy;
+    copy.destination = destination;
+    copy.target = to;
+    copy.hold = watchFor(parentOf(to));
+    copy.temporary = writeTemporary(from, to, destination, false, &copy.bytes);
+    return copy;
+}
+
+void PosixFileSystem::flushStaged(const std::vector<StagedCopy>& copies) {
+    std::vector<const Watch*> synced;
+    for (const StagedCopy& copy : copies) {
+        const auto* watch = static_cast<const Watch*>(copy.hold.get());
+        if (watch && watch->whole) {
+            if (std::find(synced.begin(), synced.end(), watch) != synced.end())
+                continue;
+            if (::syncfs(watch->folder.fd) == 0) {
+                synced.push_back(watch);
+                continue;
+            }
+            if (errno != ENOSYS)
+                throwErrno(errno, copy.destination);
+        }
+        fsyncPath(copy.temporary, copy.destination);
+    }
+}
+
+void PosixFileSystem::placeStaged(const StagedCopy& copy) {
+    if (::rename(copy.temporary.c_str(), copy.target.c_str()) != 0)
+        throwErrno(errno, copy.destination);
+}
+
+void PosixFileSystem::discardStaged(const StagedCopy& copy) noexcept {
+    ::unlink(copy.temporary.c_str());
 }
 
 void PosixFileSystem::deleteFile(const std::string& path) {

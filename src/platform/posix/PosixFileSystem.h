@@ -3,6 +3,11 @@
 #include "platform/FileSystem.h"
 #include "platform/posix/DriveTable.h"
 
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <mutex>
+
 namespace nv {
 
 class PosixFileSystem : public FileSystem {
@@ -22,9 +27,20 @@ public:
                                        const std::string& pattern) override;
     void flushFolder(const std::string& folder) override;
     void removeCopyLeftovers(const std::string& folder) override;
+    std::optional<StagedCopy> stageCopy(const std::string& source,
+                                        const std::string& destination) override;
+    void flushStaged(const std::vector<StagedCopy>& copies) override;
+    void placeStaged(const StagedCopy& copy) override;
+    void discardStaged(const StagedCopy& copy) noexcept override;
 
 private:
+    struct Watch;
+    // The file system a folder lies on, watched from before a staged copy writes to it.
+    std::shared_ptr<Watch> watchFor(const std::string& folder);
+
     DriveTable& drives_;
+    std::mutex watchesMutex_;
+    std::map<std::uint64_t, std::weak_ptr<Watch>> watches_; // by device number
 };
 
 // Copies the bytes of one open file to another: the kernel's fast path, else large reads and

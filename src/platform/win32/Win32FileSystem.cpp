@@ -163,12 +163,24 @@ void Win32FileSystem::moveFile(const std::string& oldPath, const std::string& ne
 }
 
 void Win32FileSystem::copyFile(const std::string& source, const std::string& destination) {
+    std::optional<StagedCopy> copy = stageCopy(source, destination);
+    try {
+        flushStaged({*copy});
+        placeStaged(*copy);
+    } catch (const FileFailure&) {
+        discardStaged(*copy);
+        throw;
+    }
+}
+
+std::optional<StagedCopy> Win32FileSystem::stageCopy(const std::string& source,
+                                                     const std::string& destination) {
     std::wstring from = widePath(source);
     std::wstring to = widePath(destination);
     QuietDriveErrors quiet;
 
-    DWORD attributes = GetFileAttributesW(from.c_str());
-    if (attributes == INVALID_FILE_ATTRIBUTES)
+    WIN32_FILE_ATTRIBUTE_DATA data{};
+    if (!GetFileAttributesExW(from.c_str(), GetFileExInfoStandard, &data))
         throwFailure(GetLastError(), from);
 
     std::wstring temp;
@@ -182,36 +194,58 @@ void Win32FileSystem::copyFile(const std::string& source, const std::string& des
         if ((error != ERROR_FILE_EXISTS && error != ERROR_ALREADY_EXISTS) || attempt == 10)
             throwFailure(error, driveMissing(to) ? to : from);
     }
-
-    // Hidden and writable while it is flushed; the rename then puts it in place whole.
-    DWORD error = ERROR_SUCCESS;
-    FILETIME written{};
-    HANDLE h = INVALID_HANDLE_VALUE;
-    if (!SetFileAttributesW(temp.c_str(),
-                            (attributes & ~FILE_ATTRIBUTE_READONLY) | FILE_ATTRIBUTE_HIDDEN)) {
-        error = GetLastError();
-    } else {
-        h = CreateFileW(temp.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING,
-                        FILE_ATTRIBUTE_NORMAL, nullptr);
-        if (h == INVALID_HANDLE_VALUE)
-            error = GetLastError();
+    // Hidden and writable while it waits to be flushed; the rename then puts it in place whole.
+    if (!SetFileAttributesW(temp.c_str(), (data.dwFileAttributes & ~FILE_ATTRIBUTE_READONLY) |
+                                              FILE_ATTRIBUTE_HIDDEN)) {
+        DWORD error = GetLastError();
+        discard(temp);
+        throwFailure(error, to);
     }
-    if (h != INVALID_HANDLE_VALUE) {
+    StagedCopy copy;
+    copy.destination = destination;
+    copy.temporary = utf8FromWide(temp);
+    copy.target = utf8FromWide(to);
+    copy.bytes = (std::uintmax_t{data.nFileSizeHigh} << 32) | data.nFileSizeLow;
+    copy.attributes = data.dwFileAttributes;
+    return copy;
+}
+
+void Win32FileSystem::flushStaged(const std::vector<StagedCopy>& copies) {
+    QuietDriveErrors quiet;
+    for (const StagedCopy& copy : copies) {
+        std::wstring temp = wideFromUtf8(copy.temporary);
+        HANDLE h = CreateFileW(temp.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING,
+                               FILE_ATTRIBUTE_NORMAL, nullptr);
+        if (h == INVALID_HANDLE_VALUE)
+            throwFailure(GetLastError(), wideFromUtf8(copy.target));
         // The copy already carries the source's time; flushing must not move it.
+        FILETIME written{};
+        DWORD error = ERROR_SUCCESS;
         if (!GetFileTime(h, nullptr, nullptr, &written) || !FlushFileBuffers(h) ||
             !SetFileTime(h, nullptr, nullptr, &written))
             error = GetLastError();
         CloseHandle(h);
+        if (error != ERROR_SUCCESS)
+            throwFailure(error, wideFromUtf8(copy.target));
     }
-    if (error == ERROR_SUCCESS &&
-        !MoveFileExW(temp.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
-        error = GetLastError();
-    if (error != ERROR_SUCCESS) {
-        discard(temp);
-        throwFailure(error, to);
-    }
-    if (!SetFileAttributesW(to.c_str(), attributes))
+}
+
+void Win32FileSystem::placeStaged(const StagedCopy& copy) {
+    std::wstring temp = wideFromUtf8(copy.temporary);
+    std::wstring to = wideFromUtf8(copy.target);
+    QuietDriveErrors quiet;
+    if (!MoveFileExW(temp.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
         throwFailure(GetLastError(), to);
+    if (!SetFileAttributesW(to.c_str(), static_cast<DWORD>(copy.attributes)))
+        throwFailure(GetLastError(), to);
+}
+
+void Win32FileSystem::discardStaged(const StagedCopy& copy) noexcept {
+    try {
+        discard(wideFromUtf8(copy.temporary));
+    } catch (...) {
+        // A temporary that cannot be removed stays hidden until the next run clears it.
+    }
 }
 
 void Win32FileSystem::deleteFile(const std::string& path) {

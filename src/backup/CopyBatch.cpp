@@ -1,0 +1,101 @@
+#include "backup/CopyBatch.h"
+
+#include "platform/FileFailure.h"
+#include "platform/Wildcard.h"
+
+#include <algorithm>
+#include <optional>
+
+namespace nv {
+
+namespace {
+
+// The failure a commit reports: the first, unless a later one is more than a refusal (75).
+void keep(std::optional<FileFailure>& kept, const FileFailure& failure) {
+    if (!kept || (kept->Number == kFailAccessRefused && failure.Number != kFailAccessRefused))
+        kept = failure;
+}
+
+void addFolder(std::vector<std::string>& folders, const std::string& folder) {
+    const std::string key = upperCase(folder);
+    if (std::none_of(folders.begin(), folders.end(),
+                     [&](const std::string& known) { return upperCase(known) == key; }))
+        folders.push_back(folder);
+}
+
+} // namespace
+
+CopyBatch::~CopyBatch() {
+    if (staged_.empty())
+        return;
+    try {
+        commit();
+    } catch (...) {
+        // Nothing to tell: commit removed what it could not place.
+    }
+}
+
+void CopyBatch::copy(const std::string& source, const std::string& destination) {
+    std::optional<StagedCopy> staged = files_.stageCopy(source, destination);
+    noteFolder(destination);
+    destinations_.insert(upperCase(destination));
+    if (!staged)
+        return;
+    stagedBytes_ += staged->bytes;
+    staged_.push_back(std::move(*staged));
+    if (staged_.size() >= maxFiles_ || stagedBytes_ >= maxBytes_)
+        commit();
+}
+
+void CopyBatch::commit(const std::vector<std::string>& alsoFlush) {
+    std::vector<StagedCopy> staged;
+    staged.swap(staged_);
+    stagedBytes_ = 0;
+    std::vector<std::string> folders;
+    folders.swap(folders_);
+    for (const std::string& folder : alsoFlush)
+        addFolder(folders, folder);
+
+    if (!staged.empty()) {
+        try {
+            files_.flushStaged(staged);
+        } catch (const FileFailure&) {
+            for (const StagedCopy& copy : staged) {
+                files_.discardStaged(copy);
+                destinations_.erase(upperCase(copy.destination));
+            }
+            throw;
+        }
+    }
+    std::optional<FileFailure> failure;
+    for (const StagedCopy& copy : staged) {
+        try {
+            files_.placeStaged(copy);
+        } catch (const FileFailure& placing) {
+            files_.discardStaged(copy);
+            destinations_.erase(upperCase(copy.destination));
+            keep(failure, placing);
+        }
+    }
+    for (const std::string& folder : folders) {
+        try {
+            files_.flushFolder(folder);
+        } catch (const FileFailure& flushing) {
+            keep(failure, flushing);
+        }
+    }
+    if (failure)
+        throw *failure;
+}
+
+bool CopyBatch::holds(const std::string& destination) const {
+    return destinations_.count(upperCase(destination)) != 0;
+}
+
+void CopyBatch::noteFolder(const std::string& destination) {
+    std::size_t cut = destination.find_last_of('\\');
+    if (cut != std::string::npos)
+        addFolder(folders_, destination.substr(0, cut));
+}
+
+} // namespace nv

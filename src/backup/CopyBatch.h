@@ -1,0 +1,56 @@
+#pragma once
+
+#include "platform/FileSystem.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace nv {
+
+// The copies of one backup run, put in place in groups. Each copy waits as a hidden temporary
+// file until its group's commit flushes the data of all of them at once, renames each over its
+// destination and flushes their folders: no destination ever holds data that is not on the
+// medium, and a crash leaves only temporaries, which removeCopyLeftovers clears.
+class CopyBatch {
+public:
+    static constexpr std::size_t kMaxFiles = 256;
+    static constexpr std::uintmax_t kMaxBytes = std::uintmax_t{256} << 20;
+
+    explicit CopyBatch(FileSystem& files, std::size_t maxFiles = kMaxFiles,
+                       std::uintmax_t maxBytes = kMaxBytes)
+        : files_(files), maxFiles_(maxFiles), maxBytes_(maxBytes) {}
+    // Commits what is still pending; what cannot be committed is removed.
+    ~CopyBatch();
+    CopyBatch(const CopyBatch&) = delete;
+    CopyBatch& operator=(const CopyBatch&) = delete;
+
+    // Writes one copy, and commits the group when it reaches its bound. A copy that fails
+    // leaves nothing of itself.
+    void copy(const std::string& source, const std::string& destination);
+
+    // Puts every pending copy in place, then flushes the folders the group wrote to and those
+    // in alsoFlush, each once. When the data cannot be flushed no copy is placed and every
+    // temporary goes; a copy that cannot be placed loses its temporary while the others go on.
+    // Throws the first failure, one other than 75 before any 75.
+    void commit(const std::vector<std::string>& alsoFlush = {});
+
+    bool pending() const { return !staged_.empty(); }
+    // Whether a copy through this batch went to destination (any letter case), placed or pending.
+    bool holds(const std::string& destination) const;
+
+private:
+    void noteFolder(const std::string& destination);
+
+    FileSystem& files_;
+    const std::size_t maxFiles_;
+    const std::uintmax_t maxBytes_;
+    std::vector<StagedCopy> staged_;
+    std::uintmax_t stagedBytes_ = 0;
+    std::set<std::string> destinations_; // upper case
+    std::vector<std::string> folders_;   // written to since the last commit
+};
+
+} // namespace nv
