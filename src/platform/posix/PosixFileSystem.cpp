@@ -150,7 +150,9 @@ std::string writeTemporary(const std::string& source, const std::string& destina
         err = errno;
     if (err == 0 && flush && ::fsync(out.fd) != 0)
         err = errno;
-    if (err == 0 && ::close(out.fd) != 0)
+    // Closed on failure too: an open descriptor would keep the removed temporary's space
+    // taken on the stick until the program ends.
+    if (::close(out.fd) != 0 && err == 0)
         err = errno;
     out.fd = -1;
     if (err != 0) {
