@@ -12,3 +12,8 @@ ctest --preset dev -j2
 
 echo "== Windows core under Wine"
 bash scripts/test-windows.sh
+
+echo "== Every Linux test under AddressSanitizer and UndefinedBehaviorSanitizer"
+cmake --preset asan >/dev/null
+cmake --build --preset asan -j2
+ctest --preset asan -j2
