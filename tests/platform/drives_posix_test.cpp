@@ -143,6 +143,16 @@ TEST_F(MountedTarget, AReadOnlyTargetGivesSeventySix) {
     EXPECT_EQ(failureOf([&] { files.copyFile("S:\\a.ini", "E:\\a.ini"); }), kFailPathNotFound);
 }
 
+TEST_F(MountedTarget, AnotherStickInTheSamePlaceIsReadAnew) {
+    std::ofstream(point / "OUD.TXT") << "x";
+    EXPECT_EQ(files.firstMatch("E:\\oud.txt"), "OUD.TXT");
+    ASSERT_EQ(::umount2(point.c_str(), MNT_DETACH), 0);
+    ASSERT_EQ(::mount("nvtest", point.c_str(), "tmpfs", 0, "size=1m,mode=0755"), 0);
+    std::ofstream(point / "Nieuw.txt") << "x";
+    EXPECT_EQ(files.firstMatch("E:\\oud.txt"), "");
+    EXPECT_EQ(files.firstMatch("E:\\NIEUW.TXT"), "Nieuw.txt");
+}
+
 TEST(MachineDrives, AStickMountedUnderMediaAppearsAndGoes) {
     if (::geteuid() != 0)
         GTEST_SKIP() << "needs root to mount";

@@ -1,11 +1,10 @@
 #include "platform/posix/NativePath.h"
 
 #include "platform/FailureText.h"
-#include "platform/Wildcard.h"
+#include "platform/posix/FolderIndex.h"
 
 #include <cctype>
 #include <cerrno>
-#include <dirent.h>
 #include <sys/stat.h>
 #include <vector>
 
@@ -13,26 +12,49 @@ namespace nv {
 
 namespace {
 
-bool exists(const std::string& path) {
-    struct stat st {};
-    return ::lstat(path.c_str(), &st) == 0;
+struct Parsed {
+    std::string root; // "" for the root of the machine
+    std::vector<std::string> parts;
+};
+
+Parsed parse(DriveTable& drives, const std::string& drivePath) {
+    if (drivePath.size() < 2 || drivePath[1] != ':' ||
+        !std::isalpha(static_cast<unsigned char>(drivePath[0])) ||
+        (drivePath.size() > 2 && drivePath[2] != '\\' && drivePath[2] != '/'))
+        throw fileFailure(kFailBadFileName);
+    auto drive = drives.find(drivePath[0]);
+    if (!drive)
+        throw fileFailure(kFailDeviceUnavailable);
+
+    Parsed parsed;
+    parsed.root = drive->root == "/" ? "" : drive->root;
+    std::size_t start = 2;
+    while (start < drivePath.size()) {
+        std::size_t end = drivePath.find_first_of("\\/", start);
+        if (end == std::string::npos)
+            end = drivePath.size();
+        std::string part = drivePath.substr(start, end - start);
+        if (part == "..") {
+            if (!parsed.parts.empty())
+                parsed.parts.pop_back();
+        } else if (!part.empty() && part != ".") {
+            parsed.parts.push_back(std::move(part));
+        }
+        start = end + 1;
+    }
+    return parsed;
 }
 
-// The entry of folder whose name equals name without regard to case, or "".
-std::string caseInsensitiveEntry(const std::string& folder, const std::string& name) {
-    std::string found;
-    DIR* dir = ::opendir(folder.c_str());
-    if (!dir)
-        return found;
-    std::string wanted = upperCase(name);
-    while (dirent* entry = ::readdir(dir)) {
-        if (upperCase(entry->d_name) == wanted) {
-            found = entry->d_name;
-            break;
-        }
-    }
-    ::closedir(dir);
-    return found;
+// The root and the first count parts, in their own letters.
+std::string joined(const Parsed& parsed, std::size_t count) {
+    std::string path = parsed.root;
+    for (std::size_t i = 0; i < count; ++i)
+        path += "/" + parsed.parts[i];
+    return path.empty() ? "/" : path;
+}
+
+std::string child(const std::string& folder, const std::string& name) {
+    return (folder == "/" ? "" : folder) + "/" + name;
 }
 
 } // namespace
@@ -89,47 +111,86 @@ std::pair<std::string, std::string> splitLast(const std::string& drivePath) {
     return {drivePath.substr(0, cut), drivePath.substr(cut + 1)};
 }
 
-std::string nativePath(DriveTable& drives, const std::string& drivePath) {
-    if (drivePath.size() < 2 || drivePath[1] != ':' ||
-        !std::isalpha(static_cast<unsigned char>(drivePath[0])) ||
-        (drivePath.size() > 2 && drivePath[2] != '\\' && drivePath[2] != '/'))
-        throw fileFailure(kFailBadFileName);
-    auto drive = drives.find(drivePath[0]);
-    struct stat st {};
-    if (!drive || ::stat(drive->root.c_str(), &st) != 0 || !S_ISDIR(st.st_mode))
-        throw fileFailure(kFailDeviceUnavailable);
+std::string literalNativePath(DriveTable& drives, const std::string& drivePath) {
+    Parsed parsed = parse(drives, drivePath);
+    return joined(parsed, parsed.parts.size());
+}
 
-    std::vector<std::string> parts;
-    std::size_t start = 2;
-    while (start < drivePath.size()) {
-        std::size_t end = drivePath.find_first_of("\\/", start);
-        if (end == std::string::npos)
-            end = drivePath.size();
-        std::string part = drivePath.substr(start, end - start);
-        if (part == "..") {
-            if (!parts.empty())
-                parts.pop_back();
-        } else if (!part.empty() && part != ".") {
-            parts.push_back(part);
+ResolvedPath resolvePath(DriveTable& drives, const std::string& drivePath, FolderIndex* index) {
+    const Parsed parsed = parse(drives, drivePath);
+    const std::size_t n = parsed.parts.size();
+    ResolvedPath out;
+    struct stat st {};
+    if (n > 0) {
+        // Mostly the path is there in its own letters: one look then, and no other.
+        out.path = joined(parsed, n);
+        if (::lstat(out.path.c_str(), &st) == 0) {
+            out.exists = true;
+            return out;
         }
-        start = end + 1;
     }
 
-    std::string path = drive->root == "/" ? "" : drive->root;
+    // Back to the deepest part that is there in its own letters; past it the parts are looked
+    // for in other letters. When none is, the drive's own folder must be there.
+    std::size_t k = n == 0 ? 0 : n - 1;
+    std::string path;
+    for (; k > 0; --k) {
+        path = joined(parsed, k);
+        if (::stat(path.c_str(), &st) == 0 || ::lstat(path.c_str(), &st) == 0)
+            break;
+    }
+    if (k == 0) {
+        path = joined(parsed, 0);
+        if (::stat(path.c_str(), &st) != 0 || !S_ISDIR(st.st_mode))
+            throw fileFailure(kFailDeviceUnavailable);
+    }
+
     bool onDisk = true; // while the folder walked so far exists, look up letters on disk
-    for (const std::string& part : parts) {
-        std::string exact = path + "/" + part;
-        if (onDisk && !exists(exact)) {
-            std::string other = caseInsensitiveEntry(path.empty() ? "/" : path, part);
+    bool haveStat = true;
+    bool there = n == 0;
+    for (std::size_t i = k; i < n; ++i) {
+        const std::string& part = parsed.parts[i];
+        std::string exact = child(path, part);
+        there = false;
+        if (onDisk) {
+            struct stat probe {};
+            if (i > k && ::lstat(exact.c_str(), &probe) == 0) {
+                path = std::move(exact);
+                st = probe;
+                haveStat = S_ISDIR(probe.st_mode); // else a link, to be followed when asked
+                there = true;
+                continue;
+            }
+            std::string other;
+            if (index) {
+                if (!haveStat && ::stat(path.c_str(), &st) != 0)
+                    st = {};
+                haveStat = true;
+                other = index->entryIgnoringCase(path, st, part);
+                if (i + 1 == n && S_ISDIR(st.st_mode)) {
+                    out.folderSeen = true;
+                    out.folder = st;
+                }
+            } else {
+                other = listedEntryIgnoringCase(path, part);
+            }
             if (!other.empty()) {
-                path += "/" + other;
+                path = child(path, other);
+                haveStat = false;
+                there = true;
                 continue;
             }
             onDisk = false;
         }
-        path = exact;
+        path = std::move(exact);
     }
-    return path.empty() ? "/" : path;
+    out.path = path;
+    out.exists = there;
+    return out;
+}
+
+std::string nativePath(DriveTable& drives, const std::string& drivePath) {
+    return resolvePath(drives, drivePath, nullptr).path;
 }
 
 } // namespace nv

@@ -2,7 +2,6 @@
 
 #include "platform/FailureText.h"
 #include "platform/Wildcard.h"
-#include "platform/posix/NativePath.h"
 
 #include <algorithm>
 #include <atomic>
@@ -117,15 +116,11 @@ std::vector<std::string> plainMatches(const std::string& folder, const std::stri
     return names;
 }
 
-// Writes source into a hidden temporary file beside destination, with the source's permission
-// bits and times, flushed if asked; returns its path. A failure removes the temporary.
-std::string writeTemporary(const std::string& source, const std::string& destination,
+// Writes the open source into a hidden temporary file beside destination, with the source's
+// permission bits and times, flushed if asked; returns its path. A failure removes the temporary.
+std::string writeTemporary(const Fd& in, const std::string& destination,
                            const std::string& drivePath, bool flush,
                            std::uintmax_t* bytes = nullptr) {
-    Fd in;
-    in.fd = ::open(source.c_str(), O_RDONLY | O_CLOEXEC);
-    if (in.fd < 0)
-        throwErrno(errno, drivePath);
     struct stat st {};
     if (::fstat(in.fd, &st) != 0)
         throwErrno(errno, drivePath);
@@ -162,9 +157,8 @@ std::string writeTemporary(const std::string& source, const std::string& destina
     return temp;
 }
 
-// Copies source over destination through a flushed temporary file and a rename.
-void copyNative(const std::string& source, const std::string& destination,
-                const std::string& drivePath) {
+// Copies the open source over destination through a flushed temporary file and a rename.
+void copyNative(const Fd& source, const std::string& destination, const std::string& drivePath) {
     std::string temp = writeTemporary(source, destination, drivePath, true);
     if (::rename(temp.c_str(), destination.c_str()) != 0) {
         int err = errno;
@@ -237,25 +231,43 @@ int copyBytes(int from, int to) {
     }
 }
 
+ResolvedPath PosixFileSystem::resolve(const std::string& drivePath) {
+    return resolvePath(drives_, drivePath, &index_);
+}
+
+std::string PosixFileSystem::nativeOf(const std::string& drivePath) {
+    return resolve(drivePath).path;
+}
+
+int PosixFileSystem::openToRead(const std::string& drivePath, const std::string& literal) {
+    int fd = ::open(literal.c_str(), O_RDONLY | O_CLOEXEC);
+    if (fd >= 0)
+        return fd;
+    fd = ::open(nativeOf(drivePath).c_str(), O_RDONLY | O_CLOEXEC);
+    if (fd < 0)
+        throwErrno(errno, drivePath);
+    return fd;
+}
+
 std::string PosixFileSystem::firstMatch(const std::string& spec) {
     auto [folderPart, pattern] = splitLast(spec);
     if (pattern.empty() || isHidden(pattern))
         return "";
     if (!hasWildcards(pattern)) {
-        std::string native = nativePath(drives_, spec);
+        ResolvedPath found = resolve(spec);
         struct stat st {};
-        if (::stat(native.c_str(), &st) != 0 || !S_ISREG(st.st_mode))
+        if (!found.exists || ::stat(found.path.c_str(), &st) != 0 || !S_ISREG(st.st_mode))
             return "";
-        return baseOf(native);
+        return baseOf(found.path);
     }
-    std::string folder = nativePath(drives_, folderPart);
+    std::string folder = nativeOf(folderPart);
     auto names = plainMatches(folder, pattern, spec, true);
     return names.empty() ? "" : names.front();
 }
 
 void PosixFileSystem::moveFile(const std::string& oldPath, const std::string& newPath) {
-    std::string from = nativePath(drives_, oldPath);
-    std::string to = nativePath(drives_, newPath);
+    std::string from = nativeOf(oldPath);
+    std::string to = nativeOf(newPath);
     struct stat st {};
     if (::lstat(from.c_str(), &st) != 0)
         throwErrno(errno, oldPath);
@@ -269,13 +281,23 @@ void PosixFileSystem::moveFile(const std::string& oldPath, const std::string& ne
     }
     if (errno != EXDEV && errno != EPERM && errno != EOPNOTSUPP)
         throwErrno(errno, newPath);
-    copyNative(from, to, newPath);
+    Fd in;
+    in.fd = ::open(from.c_str(), O_RDONLY | O_CLOEXEC);
+    if (in.fd < 0)
+        throwErrno(errno, oldPath);
+    copyNative(in, to, newPath);
     if (::unlink(from.c_str()) != 0)
         throwErrno(errno, oldPath);
 }
 
 void PosixFileSystem::copyFile(const std::string& source, const std::string& destination) {
-    copyNative(nativePath(drives_, source), nativePath(drives_, destination), destination);
+    // Failures come in the order of the lookups: the source's drive, the destination's, then
+    // the source itself.
+    std::string literal = literalNativePath(drives_, source);
+    std::string to = nativeOf(destination);
+    Fd in;
+    in.fd = openToRead(source, literal);
+    copyNative(in, to, destination);
 }
 
 // A folder held open on one file system: syncfs through it reports every write failure on that
@@ -285,12 +307,10 @@ struct PosixFileSystem::Watch {
     bool whole = false; // one syncfs puts everything written there on the medium
 };
 
-std::shared_ptr<PosixFileSystem::Watch> PosixFileSystem::watchFor(const std::string& folder) {
-    struct stat st {};
-    if (::stat(folder.c_str(), &st) != 0)
-        return nullptr; // the copy itself tells what is wrong with the folder
+std::shared_ptr<PosixFileSystem::Watch> PosixFileSystem::watchFor(const std::string& folder,
+                                                                  dev_t device) {
     std::lock_guard<std::mutex> lock(watchesMutex_);
-    std::weak_ptr<Watch>& known = watches_[static_cast<std::uint64_t>(st.st_dev)];
+    std::weak_ptr<Watch>& known = watches_[static_cast<std::uint64_t>(device)];
     if (std::shared_ptr<Watch> watch = known.lock())
         return watch;
     auto watch = std::make_shared<Watch>();
@@ -306,13 +326,22 @@ std::shared_ptr<PosixFileSystem::Watch> PosixFileSystem::watchFor(const std::str
 
 std::optional<StagedCopy> PosixFileSystem::stageCopy(const std::string& source,
                                                      const std::string& destination) {
-    std::string from = nativePath(drives_, source);
-    std::string to = nativePath(drives_, destination);
+    std::string literal = literalNativePath(drives_, source);
+    ResolvedPath to = resolve(destination);
+    Fd in;
+    in.fd = openToRead(source, literal);
     StagedCopy copy;
     copy.destination = destination;
-    copy.target = to;
-    copy.hold = watchFor(parentOf(to));
-    copy.temporary = writeTemporary(from, to, destination, false, &copy.bytes);
+    copy.target = to.path;
+    // A new destination was looked for in its folder, which told its device on the way.
+    const std::string folder = parentOf(to.path);
+    struct stat st {};
+    if (to.folderSeen)
+        copy.hold = watchFor(folder, to.folder.st_dev);
+    else if (::stat(folder.c_str(), &st) == 0)
+        copy.hold = watchFor(folder, st.st_dev);
+    // Else the copy itself tells what is wrong with the folder.
+    copy.temporary = writeTemporary(in, to.path, destination, false, &copy.bytes);
     return copy;
 }
 
@@ -344,7 +373,7 @@ void PosixFileSystem::discardStaged(const StagedCopy& copy) noexcept {
 }
 
 void PosixFileSystem::deleteFile(const std::string& path) {
-    std::string native = nativePath(drives_, path);
+    std::string native = nativeOf(path);
     struct stat st {};
     if (::lstat(native.c_str(), &st) == 0 && S_ISDIR(st.st_mode))
         throw fileFailure(kFailAccessRefused);
@@ -354,8 +383,7 @@ void PosixFileSystem::deleteFile(const std::string& path) {
 
 void PosixFileSystem::writeFile(const std::string& path, const std::string& bytes) {
     Fd out;
-    out.fd =
-        ::open(nativePath(drives_, path).c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
+    out.fd = ::open(nativeOf(path).c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
     if (out.fd < 0)
         throwErrno(errno, path);
     std::size_t done = 0;
@@ -374,14 +402,14 @@ void PosixFileSystem::writeFile(const std::string& path, const std::string& byte
 }
 
 void PosixFileSystem::makeFolder(const std::string& path) {
-    std::string native = nativePath(drives_, path);
+    std::string native = nativeOf(path);
     if (::mkdir(native.c_str(), 0777) != 0)
         throwErrno(errno, path);
 }
 
 void PosixFileSystem::deleteByPattern(const std::string& spec) {
     auto [folderPart, pattern] = splitLast(spec);
-    std::string folder = nativePath(drives_, folderPart);
+    std::string folder = nativeOf(folderPart);
     auto names = plainMatches(folder, pattern, spec, false);
     if (names.empty())
         throw fileFailure(kFailPathNotFound);
@@ -398,13 +426,13 @@ void PosixFileSystem::deleteByPattern(const std::string& spec) {
 }
 
 void PosixFileSystem::removeFolder(const std::string& path) {
-    std::string native = nativePath(drives_, path);
+    std::string native = nativeOf(path);
     if (::rmdir(native.c_str()) != 0)
         throwErrno(errno, path);
 }
 
 std::vector<std::string> PosixFileSystem::listFolders(const std::string& folder) {
-    std::string native = nativePath(drives_, folder);
+    std::string native = nativeOf(folder);
     std::vector<std::string> names;
     readFolder(native, folder, true, [&](const dirent* entry) {
         if (kindOf(native, entry) == EntryKind::Folder)
@@ -417,14 +445,14 @@ std::vector<std::string> PosixFileSystem::listFolders(const std::string& folder)
 std::vector<std::string> PosixFileSystem::listFiles(const std::string& folder,
                                                     const std::string& pattern) {
     // Copy temporaries start with a dot, so the hidden ones never reach the list.
-    auto names = plainMatches(nativePath(drives_, folder), pattern, folder, false, true);
+    auto names = plainMatches(nativeOf(folder), pattern, folder, false, true);
     sortIgnoringCase(names);
     return names;
 }
 
 void PosixFileSystem::flushFolder(const std::string& folder) {
     Fd dir;
-    dir.fd = ::open(nativePath(drives_, folder).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    dir.fd = ::open(nativeOf(folder).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (dir.fd < 0)
         throwErrno(errno, folder);
     if (::fsync(dir.fd) != 0 && errno != EINVAL && errno != EROFS && errno != EOPNOTSUPP)
@@ -434,7 +462,7 @@ void PosixFileSystem::flushFolder(const std::string& folder) {
 void PosixFileSystem::removeCopyLeftovers(const std::string& folder) {
     std::string native;
     try {
-        native = nativePath(drives_, folder);
+        native = nativeOf(folder);
     } catch (const FileFailure&) {
         return;
     }

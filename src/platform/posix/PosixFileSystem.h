@@ -2,6 +2,8 @@
 
 #include "platform/FileSystem.h"
 #include "platform/posix/DriveTable.h"
+#include "platform/posix/FolderIndex.h"
+#include "platform/posix/NativePath.h"
 
 #include <cstdint>
 #include <map>
@@ -35,10 +37,16 @@ public:
 
 private:
     struct Watch;
-    // The file system a folder lies on, watched from before a staged copy writes to it.
-    std::shared_ptr<Watch> watchFor(const std::string& folder);
+    // The file system of a folder (device as stat gave it), watched from before a staged copy
+    // writes to it.
+    std::shared_ptr<Watch> watchFor(const std::string& folder, dev_t device);
+    ResolvedPath resolve(const std::string& drivePath);
+    std::string nativeOf(const std::string& drivePath);
+    // Opens a file to read; a copy's source is mostly there in the letters given.
+    int openToRead(const std::string& drivePath, const std::string& literal);
 
     DriveTable& drives_;
+    FolderIndex index_;
     std::mutex watchesMutex_;
     std::map<std::uint64_t, std::weak_ptr<Watch>> watches_; // by device number
 };

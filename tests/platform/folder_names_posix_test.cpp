@@ -1,0 +1,115 @@
+// Names looked up in other letters through the file system's index of folders: the answers must
+// stay those of a fresh listing whoever changed the folder, and however fast.
+#include "platform/posix/DriveTable.h"
+#include "platform/posix/FolderIndex.h"
+#include "platform/posix/PosixFileSystem.h"
+#include "support/TempFolder.h"
+
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <string>
+#include <thread>
+
+using namespace nv;
+namespace fs = std::filesystem;
+
+namespace {
+
+class FolderNames : public ::testing::Test {
+protected:
+    void SetUp() override { table.setFolder('T', temp.native().string()); }
+
+    nvtest::TempFolder temp;
+    DriveTable table{{"", "", "", false}};
+    PosixFileSystem files{table};
+};
+
+// Another program's change can fall in the same clock tick as the last listing, so a folder's
+// times alone could not tell it.
+TEST_F(FolderNames, AnotherWritersChangesShowAtOnce) {
+    temp.write("Data/NV.ini", "x");
+    EXPECT_EQ(files.firstMatch("T:\\data\\nieuw.txt"), "");
+    EXPECT_EQ(files.firstMatch("T:\\DATA\\nv.INI"), "NV.ini");
+
+    temp.write("Data/Nieuw.txt", "x");
+    EXPECT_EQ(files.firstMatch("T:\\data\\NIEUW.TXT"), "Nieuw.txt");
+    fs::rename(temp.native("Data/Nieuw.txt"), temp.native("Data/NIEUW.txt"));
+    EXPECT_EQ(files.firstMatch("T:\\data\\nieuw.txt"), "NIEUW.txt");
+    fs::remove(temp.native("Data/NIEUW.txt"));
+    EXPECT_EQ(files.firstMatch("T:\\data\\nieuw.txt"), "");
+    // A folder in other letters, made after its parent was read.
+    fs::rename(temp.native("Data"), temp.native("DATA2"));
+    EXPECT_EQ(files.firstMatch("T:\\data2\\nv.ini"), "NV.ini");
+}
+
+TEST_F(FolderNames, TheProgramsOwnCopiesMovesAndDeletesKeepTheNamesRight) {
+    temp.write("bron.dat", "inhoud");
+    files.makeFolder("T:\\Backup");
+    for (int i = 0; i < 20; ++i)
+        files.copyFile("T:\\bron.dat", "T:\\Backup\\f" + std::to_string(i) + ".dat");
+    auto staged = files.stageCopy("T:\\bron.dat", "T:\\backup\\F20.DAT");
+    ASSERT_TRUE(staged);
+    files.flushStaged({*staged});
+    files.placeStaged(*staged);
+
+    EXPECT_EQ(files.firstMatch("T:\\BACKUP\\F7.DAT"), "f7.dat");
+    EXPECT_EQ(files.firstMatch("T:\\backup\\f20.dat"), "F20.DAT");
+    // A copy onto a name in other letters replaces that file instead of adding a second one.
+    temp.write("bron.dat", "nieuw");
+    files.copyFile("T:\\bron.dat", "T:\\backup\\F3.DAT");
+    EXPECT_EQ(temp.read("Backup/f3.dat"), "nieuw");
+    EXPECT_FALSE(temp.exists("Backup/F3.DAT"));
+
+    files.moveFile("T:\\backup\\F1.DAT", "T:\\backup\\g1.dat");
+    EXPECT_EQ(files.firstMatch("T:\\backup\\F1.DAT"), "");
+    EXPECT_EQ(files.firstMatch("T:\\backup\\G1.DAT"), "g1.dat");
+    files.deleteFile("T:\\BACKUP\\F2.DAT");
+    EXPECT_EQ(files.firstMatch("T:\\backup\\f2.dat"), "");
+    EXPECT_FALSE(temp.exists("Backup/f2.dat"));
+    EXPECT_EQ(files.listFiles("T:\\backup", "*.*").size(), 20u);
+}
+
+TEST_F(FolderNames, AFolderPutInThePlaceOfAnotherIsReadAnew) {
+    temp.write("a/data/x.txt", "oud");
+    EXPECT_EQ(files.firstMatch("T:\\a\\data\\X.TXT"), "x.txt");
+    // Its parent moves: the folder itself hears nothing of it.
+    fs::rename(temp.native("a"), temp.native("a.oud"));
+    temp.write("a/data/Y.txt", "nieuw");
+    EXPECT_EQ(files.firstMatch("T:\\a\\data\\X.TXT"), "");
+    EXPECT_EQ(files.firstMatch("T:\\a\\data\\y.txt"), "Y.txt");
+}
+
+TEST_F(FolderNames, MoreFoldersThanTheIndexHoldsStayRight) {
+    const int count = static_cast<int>(FolderIndex::kMaxFolders) + 8;
+    auto folder = [](int i) { return "d" + std::to_string(i); };
+    for (int i = 0; i < count; ++i) {
+        temp.write(folder(i) + "/a.txt", "x");
+        EXPECT_EQ(files.firstMatch("T:\\" + folder(i) + "\\A.TXT"), "a.txt");
+    }
+    for (int i = 0; i < count; ++i)
+        fs::rename(temp.native(folder(i) + "/a.txt"), temp.native(folder(i) + "/B.txt"));
+    for (int i = count - 1; i >= 0; --i) {
+        EXPECT_EQ(files.firstMatch("T:\\" + folder(i) + "\\A.TXT"), "") << i;
+        EXPECT_EQ(files.firstMatch("T:\\" + folder(i) + "\\b.txt"), "B.txt") << i;
+    }
+}
+
+// The copy runs on a worker thread while the window's thread may ask the same file system.
+TEST_F(FolderNames, ACopyThreadAndALookingThreadShareTheIndex) {
+    temp.write("bron.dat", "x");
+    temp.write("doel/Vast.txt", "x");
+    std::thread copier([&] {
+        for (int i = 0; i < 60; ++i)
+            files.copyFile("T:\\bron.dat", "T:\\doel\\n" + std::to_string(i) + ".dat");
+    });
+    int wrong = 0;
+    for (int i = 0; i < 300; ++i)
+        wrong += files.firstMatch("T:\\DOEL\\vast.TXT") != "Vast.txt";
+    copier.join();
+    EXPECT_EQ(wrong, 0);
+    EXPECT_EQ(files.firstMatch("T:\\doel\\N59.DAT"), "n59.dat");
+    EXPECT_EQ(files.listFiles("T:\\doel", "*.dat").size(), 60u);
+}
+
+} // namespace
