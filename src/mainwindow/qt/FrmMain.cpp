@@ -140,6 +140,8 @@ void FrmMain::buildControls(QWidget* canvas) {
 
     fraDirectory = named(new QGroupBox("Inhoud Backup schijf", canvas), "fraDirectory", {});
     fraDirectory->setGeometry(twipsRect(240, 4320, 9375, 2655));
+    // The wizard moves the frame over the buttons, which it must then hide, not show through.
+    fraDirectory->setAutoFillBackground(true);
     TargetDrive = named(new DriveListBox(fraDirectory), "TargetDrive", "Doelstation");
     // Screen readers on Linux name a drop-down list by its entry; the role goes here.
     TargetDrive->setAccessibleDescription("Doelstation");
