@@ -17,3 +17,9 @@ echo "== Every Linux test under AddressSanitizer and UndefinedBehaviorSanitizer"
 cmake --preset asan >/dev/null
 cmake --build --preset asan -j2
 ctest --preset asan -j2
+
+echo "== The Debian package: contents, and an install into a scratch root"
+bash scripts/package-check.sh
+
+echo "== Fuzzing the settings file and the path routines, 60 s each"
+bash scripts/fuzz.sh 60

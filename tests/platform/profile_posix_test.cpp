@@ -2,6 +2,7 @@
 // hold when the disk or another process does not play along.
 
 #include "platform/Platform.h"
+#include "platform/posix/PosixProfileStore.h"
 #include "support/TempFolder.h"
 
 #include <gtest/gtest.h>
@@ -209,6 +210,23 @@ TEST(ProfilePosix, DamagedFilesAreReadAndKept) {
     EXPECT_EQ(get("Basic settings", "DriveTarget", dir.drive("folder.ini")), "?");
     EXPECT_FALSE(
         store().writeString("Basic settings", "DriveTarget", "E:", dir.drive("folder.ini")));
+}
+
+TEST(ProfilePosix, CacheAnswersAsTheFileReadsWhenAKeyLineLooksLikeAHeader) {
+    nvtest::TempFolder dir;
+    std::string ini = dir.drive("NVbackuptool.ini");
+    dir.write("NVbackuptool.ini", "[Basic settings]\r\nAantalFiles=1\r\n");
+    // "[open=]x" reads back as a section of its own, which must not swallow the next key.
+    nv::PosixProfileStore cached;
+    EXPECT_TRUE(cached.writeString("Basic settings", "[open", "]x", ini));
+    EXPECT_TRUE(cached.writeString("Basic settings", "Directory", "1", ini));
+    nv::PosixProfileStore fresh;
+    for (const char* key : {"AantalFiles", "[open", "Directory"}) {
+        SCOPED_TRACE(key);
+        EXPECT_EQ(cached.getString("Basic settings", key, "?", 255, ini),
+                  fresh.getString("Basic settings", key, "?", 255, ini));
+    }
+    EXPECT_EQ(fresh.getString("Basic settings", "Directory", "?", 255, ini), "1");
 }
 
 TEST(ProfilePosix, KilledWriterLeavesTheOldOrTheNewFile) {

@@ -277,9 +277,11 @@ struct PosixProfileStore::Image {
         for (const std::string* text : {&section, &key, &value})
             if (text->find_first_of("\r\n") != std::string::npos)
                 return false;
+        // "[a=b]" is read as a header, so the whole line counts, not the key alone.
         std::string_view name;
         if (section.find(']') != std::string::npos || trim(section) != section ||
-            key.find('=') != std::string::npos || trim(key) != key || headerName(key, name))
+            key.find('=') != std::string::npos || trim(key) != key ||
+            headerName(key + "=" + value, name))
             return false;
         return true;
     }
