@@ -87,6 +87,20 @@ TEST(NativePath, FindsComponentsWithoutRegardToCaseAndNoticesAnUnpluggedDrive) {
     EXPECT_EQ(failureOf([&] { nativePath(table, "Q:\\x"); }), kFailDeviceUnavailable);
     EXPECT_EQ(failureOf([&] { nativePath(table, "geen pad"); }), kFailBadFileName);
 
+    // Nothing leads out of the drive: not a ".." the system would read before a NUL, not dots
+    // written as overlong UTF-8, which upper-case to '.'.
+    EXPECT_EQ(failureOf([&] { nativePath(table, std::string("T:\\..\0a\\x", 9)); }),
+              kFailBadFileName);
+    PosixFileSystem guarded(table);
+    const std::string overlong = "\xC0\xAE\xC0\xAE";
+    for (const std::string& path : {"T:\\" + overlong + "\\" + overlong + "\\x",
+                                    "T:\\Data\\" + overlong + "\\" + overlong + "\\x"}) {
+        const std::string native = nativePath(table, path);
+        EXPECT_EQ(native.rfind(temp.native().string() + "/", 0), 0u) << native;
+        EXPECT_EQ(native.find("/../"), std::string::npos) << native;
+        EXPECT_TRUE(guarded.firstMatch(path).empty());
+    }
+
     // Renaming the drive's folder away is an unplug; back, a replug.
     PosixFileSystem files(table);
     fs::rename(temp.native(), temp.native().string() + ".weg");

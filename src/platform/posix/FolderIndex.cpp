@@ -8,6 +8,8 @@
 #include <dirent.h>
 #include <fcntl.h>
 #include <memory>
+#include <string>
+#include <string_view>
 #include <sys/inotify.h>
 #include <sys/statfs.h>
 #include <unistd.h>
@@ -68,6 +70,10 @@ std::string listedEntryIgnoringCase(const std::string& folder, const std::string
         return found;
     const std::string wanted = upperCase(name);
     while (dirent* entry = ::readdir(dir)) {
+        // An overlong UTF-8 dot upper-cases to '.', but "." and ".." lead out of the folder.
+        const std::string_view entryName = entry->d_name;
+        if (entryName == "." || entryName == "..")
+            continue;
         if (upperCase(entry->d_name) == wanted) {
             found = entry->d_name;
             break;

@@ -18,7 +18,9 @@ struct Parsed {
 };
 
 Parsed parse(DriveTable& drives, const std::string& drivePath) {
-    if (drivePath.size() < 2 || drivePath[1] != ':' ||
+    // The system would read the path only up to a NUL: "C:\a\0b" would mean C:\a, and a ".."
+    // before it would lead out of the drive.
+    if (drivePath.find('\0') != std::string::npos || drivePath.size() < 2 || drivePath[1] != ':' ||
         !std::isalpha(static_cast<unsigned char>(drivePath[0])) ||
         (drivePath.size() > 2 && drivePath[2] != '\\' && drivePath[2] != '/'))
         throw fileFailure(kFailBadFileName);
