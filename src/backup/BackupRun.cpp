@@ -12,8 +12,7 @@
 #include "startup/Settings.h"
 
 #include <limits>
-#include <map>
-#include <vector>
+#include <set>
 
 namespace nv {
 
@@ -126,8 +125,8 @@ void backUp(BackupWindows& windows, CopyBatch& copies, int16_t& intLoop,
     files.removeCopyLeftovers(strBackupFolder);
 
     const bool mirrored = s.Directory == 1;
-    // The subfolders the mirrored layout used, by their names in upper case.
-    std::map<std::string, std::string> subfolders;
+    // The subfolders the mirrored layout used, in upper case; each is cleared of leftovers once.
+    std::set<std::string> subfolders;
     const int rows = s.AantalFiles;
     for (int row = 1; row <= rows; ++row) {
         intLoop = static_cast<int16_t>(row);
@@ -165,7 +164,7 @@ void backUp(BackupWindows& windows, CopyBatch& copies, int16_t& intLoop,
             }
             if (!destination.empty()) {
                 std::string folder = destination.substr(0, destination.find_last_of('\\'));
-                if (subfolders.emplace(upperCase(folder), folder).second)
+                if (subfolders.insert(upperCase(folder)).second)
                     files.removeCopyLeftovers(folder);
             }
         } else {
@@ -181,14 +180,11 @@ void backUp(BackupWindows& windows, CopyBatch& copies, int16_t& intLoop,
         goOnBehind([&] { windows.runCopy([&] { copies.copy(source, destination); }); });
     }
 
-    // A backup reported done is on the medium: the last copies, the new entries of every folder
-    // it wrote, and the backup folder's own entry in the root.
-    std::vector<std::string> folders;
-    for (const auto& [key, folder] : subfolders)
-        folders.push_back(folder);
-    folders.push_back(strBackupFolder);
-    folders.push_back(s.DriveTarget + "\\");
-    goOnBehind([&] { windows.runCommit([&] { copies.commit(folders); }); });
+    // A backup reported done is on the medium: the last copies with the folders they went to,
+    // the subfolders' entries in the backup folder, and its own entry in the root.
+    goOnBehind([&] {
+        windows.runCommit([&] { copies.commit({strBackupFolder, s.DriveTarget + "\\"}); });
+    });
 
     windows.closeCopyWindow();
 

@@ -423,8 +423,7 @@ void FrmMain::INIbijwerken() {
         intLoop = static_cast<int16_t>(n);
         std::string value = LstSelectedFiles->item(n - 1)->text().toStdString();
         subWriteIni(s.strIniFile, kSectionFiles, "BackUpfile" + std::to_string(n), value);
-        s.strFiles[static_cast<std::size_t>(n)] =
-            LstSelectedFiles->item(n - 1)->text().toStdString();
+        s.strFiles[static_cast<std::size_t>(n)] = value;
     }
     subWriteIni(s.strIniFile, kSectionBasic, "dirfrom", s.dirfrom);
     subWriteIni(s.strIniFile, kSectionBasic, "AantalFiles", std::to_string(s.AantalFiles));
