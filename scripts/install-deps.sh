@@ -1,15 +1,21 @@
 #!/usr/bin/env bash
-# Installs the Debian packages the build and the tests need, when any is missing.
+# Installs Debian packages that are missing, with apt-get (through sudo when not root): the
+# packages named, or without arguments those the build and the tests need.
+#   bash scripts/install-deps.sh [package...]
 set -euo pipefail
 
-packages=(
-    cmake ninja-build g++ pkg-config
-    qt6-base-dev qt6-base-dev-tools libgl-dev qt6-translations-l10n
-    googletest libgtest-dev libgmock-dev
-    g++-mingw-w64-x86-64-posix wine wine64
-    xvfb xauth
-    python3-pyatspi at-spi2-core dbus
-)
+if [ $# -gt 0 ]; then
+    packages=("$@")
+else
+    packages=(
+        cmake ninja-build g++ pkg-config
+        qt6-base-dev qt6-base-dev-tools libgl-dev qt6-translations-l10n
+        googletest libgtest-dev libgmock-dev
+        g++-mingw-w64-x86-64-posix wine wine64
+        xvfb xauth
+        python3-pyatspi at-spi2-core dbus
+    )
+fi
 
 missing=()
 for p in "${packages[@]}"; do

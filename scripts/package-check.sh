@@ -9,20 +9,7 @@ started=$SECONDS
 
 bash scripts/install-deps.sh
 # dpkg-shlibdeps computes Depends; desktop-file-validate checks the menu entry.
-extra=()
-for p in dpkg-dev desktop-file-utils binutils; do
-    if ! dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q 'install ok installed'; then
-        extra+=("$p")
-    fi
-done
-if [ ${#extra[@]} -gt 0 ]; then
-    echo "Installing: ${extra[*]}"
-    sudo=""
-    [ "$(id -u)" -ne 0 ] && sudo="sudo"
-    export DEBIAN_FRONTEND=noninteractive
-    $sudo apt-get update -q
-    $sudo apt-get install -y -q --no-install-recommends "${extra[@]}"
-fi
+bash scripts/install-deps.sh dpkg-dev desktop-file-utils binutils
 
 build="${NV_BUILD_DIR:-$root/build/package}"
 cmake --preset package -B "$build" >/dev/null

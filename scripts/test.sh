@@ -5,18 +5,21 @@ cd "$(dirname "$0")/.."
 
 bash scripts/install-deps.sh
 
+# Configures and builds the preset $1 and runs its tests.
+build_and_test() {
+    cmake --preset "$1" >/dev/null
+    cmake --build --preset "$1" -j2
+    ctest --preset "$1" -j2
+}
+
 echo "== Linux build and tests"
-cmake --preset dev >/dev/null
-cmake --build --preset dev -j2
-ctest --preset dev -j2
+build_and_test dev
 
 echo "== Windows core under Wine"
 bash scripts/test-windows.sh
 
 echo "== Every Linux test under AddressSanitizer and UndefinedBehaviorSanitizer"
-cmake --preset asan >/dev/null
-cmake --build --preset asan -j2
-ctest --preset asan -j2
+build_and_test asan
 
 echo "== The Debian package: contents, and an install into a scratch root"
 bash scripts/package-check.sh

@@ -17,16 +17,20 @@ import pyatspi
 from gi.repository import GLib
 
 
-def children(acc):
+# --- The tree as AT-SPI gives it; a window that closes while it is read counts as not there.
+# tests/accessibility/check_accessibility.py reads the tree with these too.
+
+
+def safe(read, default=None):
     try:
-        count = acc.childCount
-    except GLib.GError:
-        return
-    for i in range(count):
-        try:
-            child = acc.getChildAtIndex(i)
-        except GLib.GError:
-            continue
+        return read()
+    except (GLib.GError, NotImplementedError):
+        return default
+
+
+def children(acc):
+    for i in range(safe(lambda: acc.childCount, 0)):
+        child = safe(lambda: acc.getChildAtIndex(i))
         if child is not None:
             yield child
 
@@ -37,29 +41,29 @@ def descendants(acc):
         yield from descendants(child)
 
 
+def matches(acc, role=None, name=None):
+    return ((role is None or safe(acc.getRoleName) == role)
+            and (name is None or safe(lambda: acc.name) == name))
+
+
+def find_all(root, role=None, name=None):
+    return [acc for acc in descendants(root) if matches(acc, role, name)]
+
+
 def application(pid):
     for app in children(pyatspi.Registry.getDesktop(0)):
-        try:
-            if app.get_process_id() == pid:
-                return app
-        except GLib.GError:
-            continue
+        if safe(app.get_process_id) == pid:
+            return app
     return None
+
+
+def windows(app, role=None, name=None):
+    return [w for w in children(app) if matches(w, role, name)]
 
 
 def top_windows(pid, title):
     app = application(pid)
-    if app is None:
-        return []
-    return [w for w in children(app) if title is None or safe(lambda: w.name) == title]
-
-
-def safe(read, default=None):
-    """A window that closes while it is read counts as not there."""
-    try:
-        return read()
-    except (GLib.GError, NotImplementedError):
-        return default
+    return windows(app, name=title) if app is not None else []
 
 
 def texts(root):
@@ -81,22 +85,20 @@ def showing(acc):
 
 def find_control(pid, role, name, window):
     # The items of a closed menu are not showing, yet a screen reader can work them.
-    hidden_ok = role == "menu item"
     for top in top_windows(pid, window):
-        for acc in descendants(top):
-            if (safe(lambda: acc.getRoleName()) == role and safe(lambda: acc.name) == name
-                    and (hidden_ok or showing(acc))):
+        for acc in find_all(top, role, name):
+            if role == "menu item" or showing(acc):
                 return acc
     return None
 
 
-def wait(look, timeout):
+def wait(look, timeout, step=0.1):
     deadline = time.monotonic() + timeout
     while True:
         found = look()
         if found or time.monotonic() > deadline:
             return found
-        time.sleep(0.1)
+        time.sleep(step)
 
 
 def press(args):

@@ -14,18 +14,8 @@ splash_title="Norvale Backup"
 
 # Installs what the scripts need beyond the build's own dependencies.
 install_tools() {
-    local missing=() p sudo=""
     bash scripts/install-deps.sh
-    for p in imagemagick x11-utils; do
-        if ! dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q 'install ok installed'; then
-            missing+=("$p")
-        fi
-    done
-    [ ${#missing[@]} -gt 0 ] || return 0
-    [ "$(id -u)" -ne 0 ] && sudo="sudo"
-    export DEBIAN_FRONTEND=noninteractive
-    $sudo apt-get update -q
-    $sudo apt-get install -y -q --no-install-recommends "${missing[@]}"
+    bash scripts/install-deps.sh imagemagick x11-utils
 }
 
 build_program() {
