@@ -4,6 +4,7 @@
 #include "support/TestMachine.h"
 
 #include <gtest/gtest.h>
+#include <utility>
 
 using namespace nv;
 
@@ -20,89 +21,83 @@ public:
 };
 
 const std::string kDone = "Het terugzetten van de bestanden is gereed. \r\n";
+const std::string kNotFound = kDone + kRestoreNotFoundText;
+const std::string kSameName = kDone + kRestoreSameNameText;
 
 // Production files in Data/Norvale and Data/Extra, and a flat and a mirrored backup of them.
 class RestoreRun : public ::testing::Test {
 protected:
     void SetUp() override {
-        machine.temp.write("Data/Norvale/NV.ini", "now");
-        machine.temp.write("Data/Norvale/stockA.NVD", "now");
-        machine.temp.write("Data/Extra/NV.ini", "extra now");
-        machine.temp.write("Flat/NV.ini", "flat backup");
-        machine.temp.write("Flat/stockA.NVD", "flat stock");
-        machine.temp.write("Mirror/Norvale/NV.ini", "mirror norvale");
-        machine.temp.write("Mirror/Extra/NV.ini", "mirror extra");
-        rows.texts = {machine.temp.drive("Data\\Norvale\\NV.ini"),
-                      machine.temp.drive("Data\\Norvale\\stockA.NVD"),
-                      machine.temp.drive("Data\\Norvale\\Gone.txt")};
-        rows.flags = {true, true, true};
+        for (const char* file :
+             {"Data/Norvale/NV.ini", "Data/Norvale/stockA.NVD", "Data/Extra/NV.ini", "Flat/NV.ini",
+              "Flat/stockA.NVD", "Mirror/Norvale/NV.ini", "Mirror/Extra/NV.ini"})
+            machine.temp.write(file, file);
+        select({"Data\\Norvale\\NV.ini", "Data\\Norvale\\stockA.NVD", "Data\\Norvale\\Gone.txt"});
     }
+    // Rows for these files below the temporary folder, all selected.
+    void select(const std::vector<std::string>& files) {
+        rows.texts.clear();
+        for (const std::string& file : files)
+            rows.texts.push_back(machine.temp.drive(file));
+        rows.flags.assign(files.size(), true);
+    }
+    std::string restoreFrom(const std::string& folder) {
+        return fRestoreSelectedRows(rows, machine.temp.drive(folder), intLoop);
+    }
+
     nvtest::TestMachine machine;
     Rows rows;
     int16_t intLoop = -1;
 };
 
 TEST_F(RestoreRun, AFlatPassRestoresWhatItFindsAndLeavesTheRestSelected) {
-    std::string caption = fRestoreSelectedRows(rows, machine.temp.drive("Flat"), intLoop);
-    EXPECT_EQ(caption, kDone + kRestoreNotFoundText);
+    EXPECT_EQ(restoreFrom("Flat"), kNotFound);
     EXPECT_EQ(rows.flags, (std::vector<bool>{false, false, true}));
-    EXPECT_EQ(machine.temp.read("Data/Norvale/NV.ini"), "flat backup");
-    EXPECT_EQ(machine.temp.read("Data/Norvale/stockA.NVD"), "flat stock");
+    EXPECT_EQ(machine.temp.read("Data/Norvale/NV.ini"), "Flat/NV.ini");
+    EXPECT_EQ(machine.temp.read("Data/Norvale/stockA.NVD"), "Flat/stockA.NVD");
     EXPECT_EQ(intLoop, 2);
 
-    // The same folder again finds nothing more, and says so once.
-    EXPECT_EQ(fRestoreSelectedRows(rows, machine.temp.drive("Flat"), intLoop),
-              kDone + kRestoreNotFoundText);
+    // The same folder again finds nothing more; with nothing selected it is simply done.
+    EXPECT_EQ(restoreFrom("Flat"), kNotFound);
     rows.flags = {false, false, false};
-    EXPECT_EQ(fRestoreSelectedRows(rows, machine.temp.drive("Flat"), intLoop), kDone);
+    EXPECT_EQ(restoreFrom("Flat"), kDone);
 }
 
 TEST_F(RestoreRun, AMirroredBackupComesBackOneSubfolderAPass) {
-    rows.texts = {machine.temp.drive("Data\\Norvale\\NV.ini"),
-                  machine.temp.drive("Data\\Extra\\NV.ini")};
-    rows.flags = {true, true};
+    select({"Data\\Norvale\\NV.ini", "Data\\Extra\\NV.ini"});
     // The dated folder itself holds no files; its subfolders do.
-    EXPECT_EQ(fRestoreSelectedRows(rows, machine.temp.drive("Mirror"), intLoop),
-              kDone + kRestoreNotFoundText);
+    EXPECT_EQ(restoreFrom("Mirror"), kNotFound);
     EXPECT_EQ(rows.flags, (std::vector<bool>{true, true}));
 
     // The other row's name stands in this subfolder too, but it is not its own.
-    EXPECT_EQ(fRestoreSelectedRows(rows, machine.temp.drive("Mirror\\Extra"), intLoop),
-              kDone + kRestoreSameNameText);
+    EXPECT_EQ(restoreFrom("Mirror\\Extra"), kSameName);
     EXPECT_EQ(rows.flags, (std::vector<bool>{true, false}));
-    EXPECT_EQ(machine.temp.read("Data/Extra/NV.ini"), "mirror extra");
-    EXPECT_EQ(machine.temp.read("Data/Norvale/NV.ini"), "now");
+    EXPECT_EQ(machine.temp.read("Data/Extra/NV.ini"), "Mirror/Extra/NV.ini");
+    EXPECT_EQ(machine.temp.read("Data/Norvale/NV.ini"), "Data/Norvale/NV.ini");
 
-    EXPECT_EQ(fRestoreSelectedRows(rows, machine.temp.drive("Mirror\\norvale"), intLoop), kDone);
-    EXPECT_EQ(machine.temp.read("Data/Norvale/NV.ini"), "mirror norvale");
+    EXPECT_EQ(restoreFrom("Mirror\\norvale"), kDone);
+    EXPECT_EQ(machine.temp.read("Data/Norvale/NV.ini"), "Mirror/Norvale/NV.ini");
 }
 
 TEST_F(RestoreRun, TwoFilesOfOneNameNeverBothTakeTheOneFileOfAFlatFolder) {
-    rows.texts = {machine.temp.drive("Data\\Norvale\\NV.ini"),
-                  machine.temp.drive("Data\\Extra\\NV.ini"),
-                  machine.temp.drive("Data\\Norvale\\stockA.NVD")};
-    rows.flags = {true, true, true};
-    std::string caption = fRestoreSelectedRows(rows, machine.temp.drive("Flat"), intLoop);
-    EXPECT_EQ(caption, kDone + kRestoreSameNameText);
+    select({"Data\\Norvale\\NV.ini", "Data\\Extra\\NV.ini", "Data\\Norvale\\stockA.NVD"});
+    EXPECT_EQ(restoreFrom("Flat"), kSameName);
     EXPECT_EQ(rows.flags, (std::vector<bool>{true, true, false}));
-    EXPECT_EQ(machine.temp.read("Data/Norvale/NV.ini"), "now");
-    EXPECT_EQ(machine.temp.read("Data/Extra/NV.ini"), "extra now");
+    EXPECT_EQ(machine.temp.read("Data/Norvale/NV.ini"), "Data/Norvale/NV.ini");
+    EXPECT_EQ(machine.temp.read("Data/Extra/NV.ini"), "Data/Extra/NV.ini");
 
-    // One of them alone is no longer in doubt.
+    // One of them alone is no longer in doubt, and the same path twice is one file.
     rows.flags = {true, false, false};
-    EXPECT_EQ(fRestoreSelectedRows(rows, machine.temp.drive("Flat"), intLoop), kDone);
-    EXPECT_EQ(machine.temp.read("Data/Norvale/NV.ini"), "flat backup");
-
-    // The same path twice is one file.
-    rows.texts = {rows.texts[0], rows.texts[0]};
-    rows.flags = {true, true};
-    EXPECT_EQ(fRestoreSelectedRows(rows, machine.temp.drive("Flat"), intLoop), kDone);
+    EXPECT_EQ(restoreFrom("Flat"), kDone);
+    EXPECT_EQ(machine.temp.read("Data/Norvale/NV.ini"), "Flat/NV.ini");
+    select({"Data\\Norvale\\NV.ini", "Data\\Norvale\\NV.ini"});
+    EXPECT_EQ(restoreFrom("Flat"), kDone);
 }
 
 TEST_F(RestoreRun, AFailingCopyStopsAtItsRowWithTheRowsBeforeItDone) {
     rows.texts[1] = machine.temp.drive("Data\\Missing\\stockA.NVD");
     try {
-        fRestoreSelectedRows(rows, machine.temp.drive("Flat"), intLoop);
+        restoreFrom("Flat");
         FAIL() << "the copy into a missing folder should fail";
     } catch (const FileFailure& failure) {
         EXPECT_EQ(failure.Number, 76);
@@ -116,17 +111,18 @@ TEST_F(RestoreRun, AFailingCopyStopsAtItsRowWithTheRowsBeforeItDone) {
 
     rows.texts = {""};
     rows.flags = {true};
-    EXPECT_THROW(fRestoreSelectedRows(rows, machine.temp.drive("Flat"), intLoop), FileFailure);
+    EXPECT_THROW(restoreFrom("Flat"), FileFailure);
 }
 
 TEST(Glide, StepsRoundHalfToEvenAndLeaveTheRestForTheLastJump) {
-    EXPECT_EQ(fGlideStep(-9240), -9);
-    EXPECT_EQ(fGlideStep(2160), 2);
-    EXPECT_EQ(fGlideStep(500), 0);
-    EXPECT_EQ(fGlideStep(1500), 2);
-    EXPECT_EQ(fGlideStep(2500), 2);
-    EXPECT_EQ(fGlideStep(-2500), -2);
-    EXPECT_EQ(fGlideStep(-3500), -4);
+    for (auto [distance, step] : {std::pair{-9240, -9},
+                                  {2160, 2},
+                                  {500, 0},
+                                  {1500, 2},
+                                  {2500, 2},
+                                  {-2500, -2},
+                                  {-3500, -4}})
+        EXPECT_EQ(fGlideStep(distance), step) << distance;
     EXPECT_EQ(fRoundHalfEven(40000.0), 32767);
 }
 

@@ -1,12 +1,11 @@
 #include "mainwindow/qt/FrmMain.h"
 #include "mainwindow/qt/TargetLists.h"
-#include "platform/posix/DriveTable.h"
-#include "startup/AppSettings.h"
-#include "support/TestMachine.h"
+#include "support/ProgramFolder.h"
 
 #include <QLabel>
 #include <QPushButton>
 #include <filesystem>
+#include <functional>
 #include <gtest/gtest.h>
 #include <sys/mount.h>
 #include <unistd.h>
@@ -16,20 +15,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
-const QString kUnplugged = "U heeft het station %1 ontkoppeld, sluit deze weer aan\r\n";
-
-void prepareSettings(nvtest::TestMachine& machine, const std::string& drive) {
-    auto& s = AppSettings;
-    machine.temp.write("Norvale/NVbackuptool.ini", "");
-    s.strIniFile = machine.temp.drive("Norvale\\NVbackuptool.ini");
-    s.DriveTarget = drive;
-    s.LastBackup = machine.clock.date;
-    s.AantalFiles = 0;
-    s.strFiles = {""};
-}
-
-// Ticks with the drive away run the dots one, two, three, none; the first tick with the drive
-// back brings the panel back without a click.
+// Ticks with the drive away run the dots one, two, three, none, while the buttons stay usable;
+// the first tick with the drive back brings the panel back without a click.
 void unplugTicksAndReplug(FrmMain& window, const QString& entry,
                           const std::function<void()>& unplug,
                           const std::function<void()>& replug) {
@@ -38,13 +25,12 @@ void unplugTicksAndReplug(FrmMain& window, const QString& entry,
     EXPECT_FALSE(window.blnDriveLost);
 
     unplug();
-    const QString text = kUnplugged.arg(entry);
-    const QString dots[] = {" .", " . .", " . . .", "", " ."};
-    for (const QString& tail : dots) {
+    const QString text =
+        QString("U heeft het station %1 ontkoppeld, sluit deze weer aan\r\n").arg(entry);
+    for (const char* tail : {" .", " . .", " . . .", "", " ."}) {
         window.Timer1_Timer();
         EXPECT_EQ(window.LblStation->text(), text + tail);
         EXPECT_TRUE(window.blnDriveLost);
-        // The buttons stay usable while the drive is away.
         EXPECT_TRUE(window.Cmd_Backup->isEnabled());
     }
 
@@ -52,7 +38,6 @@ void unplugTicksAndReplug(FrmMain& window, const QString& entry,
     window.Timer1_Timer();
     EXPECT_FALSE(window.blnDriveLost);
     EXPECT_EQ(window.LblStation->text(), "");
-    EXPECT_TRUE(window.Cmd_Backup->isEnabled());
     EXPECT_TRUE(window.CmdVervers->isHidden());
     EXPECT_FALSE(window.CmdRestore->isHidden());
 }
@@ -60,19 +45,16 @@ void unplugTicksAndReplug(FrmMain& window, const QString& entry,
 TEST(DriveWatch, AFolderDriveRenamedAwayAndBack) {
     nvtest::TestMachine machine;
     machine.temp.write("Stick/Backup2026-11-16/NV.ini", "x");
-    DriveTable::machine().setFolder('E', machine.temp.native("Stick").string());
-    prepareSettings(machine, "E:");
-    {
-        FrmMain window;
-        window.Form_Load();
-        unplugTicksAndReplug(
-            window,
-            "E:", [&] { fs::rename(machine.temp.native("Stick"), machine.temp.native("Away")); },
-            [&] { fs::rename(machine.temp.native("Away"), machine.temp.native("Stick")); });
-        EXPECT_EQ(window.TargetDirectories->path(), "E:\\");
-        EXPECT_EQ(window.TargetDirectories->count(), 2);
-    }
-    DriveTable::machine().remove('E');
+    nvtest::FolderDrive stick('E', machine.temp.native("Stick"));
+    nvtest::useProgramFolder(machine, "E:", {});
+    FrmMain window;
+    window.Form_Load();
+    unplugTicksAndReplug(
+        window,
+        "E:", [&] { fs::rename(machine.temp.native("Stick"), machine.temp.native("Away")); },
+        [&] { fs::rename(machine.temp.native("Away"), machine.temp.native("Stick")); });
+    EXPECT_EQ(window.TargetDirectories->path(), "E:\\");
+    EXPECT_EQ(window.TargetDirectories->count(), 2);
 }
 
 TEST(DriveWatch, AStickUnderMediaUnmountedAndMountedAgain) {
@@ -93,7 +75,7 @@ TEST(DriveWatch, AStickUnderMediaUnmountedAndMountedAgain) {
     ASSERT_FALSE(letter.empty());
 
     nvtest::TestMachine machine;
-    prepareSettings(machine, letter);
+    nvtest::useProgramFolder(machine, letter, {});
     {
         FrmMain window;
         window.Form_Load();

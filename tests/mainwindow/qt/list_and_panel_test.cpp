@@ -1,40 +1,32 @@
 #include "mainwindow/qt/FrmMain.h"
 #include "mainwindow/qt/TargetLists.h"
-#include "platform/posix/DriveTable.h"
-#include "startup/AppSettings.h"
-#include "startup/Settings.h"
-#include "support/TestMachine.h"
+#include "support/ProgramFolder.h"
 
 #include <QAction>
+#include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
 #include <QTest>
 #include <gtest/gtest.h>
 
 using namespace nv;
-using nvtest::crlf;
 
 namespace {
 
-// A window over a settings file with n rows and a stick E: with three kinds of backup folder.
+// A window over a list of n rows and a stick E: with three kinds of backup folder.
 class ListAndPanelTest : public ::testing::Test {
 protected:
     void load(int rows) {
+        std::vector<std::string> files;
         std::string ini = "[Basic settings]\nAantalFiles=" + std::to_string(rows) +
                           "\ndirfrom=C:\\Data\nDriveTarget=E:\n[Backupfiles]\n";
-        auto& s = AppSettings;
-        s.strFiles = {""};
         for (int n = 1; n <= rows; ++n) {
-            std::string row = "C:\\Data\\file" + std::to_string(n) + ".txt";
-            ini += "BackUpfile" + std::to_string(n) + "=" + row + "\n";
-            s.strFiles.push_back(row);
+            files.push_back("C:\\Data\\file" + std::to_string(n) + ".txt");
+            ini += "BackUpfile" + std::to_string(n) + "=" + files.back() + "\n";
         }
-        machine.temp.write("Norvale/NVbackuptool.ini", crlf(ini));
-        s.strIniFile = machine.temp.drive("Norvale\\NVbackuptool.ini");
-        s.AantalFiles = static_cast<int16_t>(rows);
-        s.dirfrom = "C:\\Data";
-        s.DriveTarget = "E:";
-        s.LastBackup = machine.clock.date;
+        nvtest::useProgramFolder(machine, "E:", files);
+        machine.temp.write("Norvale/NVbackuptool.ini", nvtest::crlf(ini));
+        AppSettings.dirfrom = "C:\\Data";
         window.Form_Load();
     }
     void SetUp() override {
@@ -42,53 +34,37 @@ protected:
         machine.temp.write("Stick/Backup2026-11-16/stockA.NVD", "x");
         machine.temp.write("Stick/Backup2026-11-15/Norvale/NV.ini", "x");
         std::filesystem::create_directories(machine.temp.native("Stick/Backup2026-11-14"));
-        DriveTable::machine().setFolder('E', machine.temp.native("Stick").string());
     }
-    void TearDown() override { DriveTable::machine().remove('E'); }
-
-    std::string ini() { return machine.temp.read("Norvale/NVbackuptool.ini"); }
-    std::string value(const char* section, const std::string& key) {
-        return fReadIni(AppSettings.strIniFile, section, key, "?");
+    // Removes the top row with the current row's button, answering Yes.
+    void removeTopRow() {
+        window.LstSelectedFiles->setCurrentRow(0);
+        machine.boxes.answer(Answer::Yes);
+        window.CmdVerwijder_Click();
     }
 
     nvtest::TestMachine machine;
+    nvtest::FolderDrive stick{'E', machine.temp.native("Stick")};
     FrmMain window;
 };
 
-TEST_F(ListAndPanelTest, AddingAFileAppendsItsRowAndStartsTheNextDialogInItsFolder) {
-    load(2);
-    machine.dialogs.answers = {"C:\\kas\\kas", "C:\\boot.ini"};
-    window.CmdSelectFiles_Click();
+TEST_F(ListAndPanelTest, EditsOfTheListAreWrittenAndKeysAboveTheCountStay) {
+    load(10);
+    QTest::keyClick(window.LstSelectedFiles, Qt::Key_A, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_EQ(window.LstSelectedFiles->selectedItems().size(), 0);
+    // The next dialog starts where the last file came from; a cancel adds nothing.
+    machine.dialogs.answers = {"C:\\kas\\kas"};
     window.MoVoegToe->trigger();
     QCoreApplication::processEvents();
+    window.CmdSelectFiles_Click();
     EXPECT_EQ(machine.dialogs.titles[0], "Files voor BackUp");
     EXPECT_EQ(machine.dialogs.startedIn, (std::vector<std::string>{"C:\\Data", "C:"}));
-    EXPECT_EQ(AppSettings.dirfrom, "C:");
-    EXPECT_EQ(window.panelText(1), "Aantal files: 4");
-    EXPECT_EQ(value(kSectionFiles, "BackUpfile3"), "C:\\kas\\kas");
-    EXPECT_EQ(value(kSectionFiles, "BackUpfile4"), "C:\\boot.ini");
-    EXPECT_EQ(value(kSectionBasic, "AantalFiles"), "4");
-    EXPECT_EQ(value(kSectionBasic, "dirfrom"), "C:");
-    EXPECT_EQ(AppSettings.strFiles.size(), 5u);
-    EXPECT_EQ(AppSettings.strFiles[4], "C:\\boot.ini");
+    EXPECT_EQ(window.panelText(1), "Aantal files: 11");
 
-    // A cancel adds nothing and leaves dirfrom, yet the list is written all the same.
-    std::filesystem::remove(machine.temp.native("Norvale/NVbackuptool.ini"));
-    window.CmdSelectFiles_Click();
-    EXPECT_EQ(window.LstSelectedFiles->count(), 4);
-    EXPECT_EQ(value(kSectionBasic, "AantalFiles"), "4");
-    EXPECT_EQ(value(kSectionFiles, "BackUpfile1"), "C:\\Data\\file1.txt");
-}
-
-TEST_F(ListAndPanelTest, RemovingRowsAsksFirstAndLeavesHigherKeysInTheFile) {
-    load(12);
     // Nothing current: the box, whatever the list holds.
     window.CmdVerwijder_Click();
-    ASSERT_EQ(machine.boxes.shown.size(), 1u);
     EXPECT_EQ(machine.boxes.shown[0].text,
               "Selecteer eerst het te verwijderen bestand uit de lijst");
     EXPECT_EQ(machine.boxes.shown[0].title, "Verwijderen bestanden");
-
     window.LstSelectedFiles->setCurrentRow(4);
     machine.boxes.answer(Answer::No);
     window.CmdVerwijder_Click();
@@ -96,55 +72,40 @@ TEST_F(ListAndPanelTest, RemovingRowsAsksFirstAndLeavesHigherKeysInTheFile) {
               "Wilt u het bestand C:\\Data\\file5.txt niet meer meenemen in de backup?\r\n\r\nHet "
               "bestand blijft wel gewoon bewaard maar loopt niet meer mee in de automatische "
               "backup");
-    EXPECT_EQ(machine.boxes.shown[1].title, "Backup files");
     EXPECT_EQ(machine.boxes.shown[1].buttons, Buttons::YesNo);
-    EXPECT_EQ(machine.boxes.shown[1].icon, Icon::Question);
-    EXPECT_EQ(window.LstSelectedFiles->count(), 12);
+    EXPECT_EQ(window.LstSelectedFiles->count(), 11);
 
-    // With all rows selected only the current one goes; down to 3 rows.
+    // Ctrl A selects all (Ctrl Shift A did not), yet only the current row goes.
     QTest::keyClick(window.LstSelectedFiles, Qt::Key_A, Qt::ControlModifier);
-    EXPECT_EQ(window.LstSelectedFiles->selectedItems().size(), 12);
-    for (int left = 12; left > 3; --left) {
-        window.LstSelectedFiles->setCurrentRow(0);
-        machine.boxes.answer(Answer::Yes);
-        window.MoVerwijder->trigger();
-        QCoreApplication::processEvents();
-    }
-    EXPECT_EQ(window.LstSelectedFiles->count(), 3);
-    EXPECT_EQ(window.LstSelectedFiles->item(0)->text(), "C:\\Data\\file10.txt");
-    EXPECT_EQ(value(kSectionBasic, "AantalFiles"), "3");
-    EXPECT_EQ(value(kSectionFiles, "BackUpfile1"), "C:\\Data\\file10.txt");
-    // Keys above the count keep the last text they were given.
-    EXPECT_EQ(value(kSectionFiles, "BackUpfile4"), "C:\\Data\\file12.txt");
-    EXPECT_EQ(value(kSectionFiles, "BackUpfile12"), "C:\\Data\\file12.txt");
-    EXPECT_EQ(AppSettings.strFiles.size(), 4u);
+    EXPECT_EQ(window.LstSelectedFiles->selectedItems().size(), 11);
+    window.LstSelectedFiles->setCurrentRow(0);
+    machine.boxes.answer(Answer::Yes);
+    window.MoVerwijder->trigger();
+    QCoreApplication::processEvents();
+    for (int left = 10; left > 2; --left)
+        removeTopRow();
+    EXPECT_EQ(AppSettings.strFiles,
+              (std::vector<std::string>{"", "C:\\Data\\file10.txt", "C:\\kas\\kas"}));
+    // Keys are changed in place; those above the count keep the last text they were given.
+    std::string ini = "[Basic settings]\nAantalFiles=2\ndirfrom=C:\nDriveTarget=E:\n"
+                      "[Backupfiles]\nBackUpfile1=C:\\Data\\file10.txt\n";
+    for (int key = 2; key <= 11; ++key)
+        ini += "BackUpfile" + std::to_string(key) + "=C:\\kas\\kas\n";
+    EXPECT_EQ(machine.temp.read("Norvale/NVbackuptool.ini"), nvtest::crlf(ini));
 
-    for (int left = 3; left > 0; --left) {
-        window.LstSelectedFiles->setCurrentRow(0);
-        machine.boxes.answer(Answer::Yes);
-        window.CmdVerwijder_Click();
-    }
-    EXPECT_EQ(value(kSectionBasic, "AantalFiles"), "0");
-    EXPECT_EQ(value(kSectionFiles, "BackUpfile1"), "C:\\Data\\file12.txt");
+    removeTopRow();
+    removeTopRow();
     EXPECT_EQ(AppSettings.strFiles, std::vector<std::string>{""});
     EXPECT_EQ(window.panelText(1), "Aantal files: 0");
 }
 
-TEST_F(ListAndPanelTest, OnlyCtrlAloneWithASelectsAll) {
-    load(3);
-    QTest::keyClick(window.LstSelectedFiles, Qt::Key_A, Qt::ControlModifier | Qt::ShiftModifier);
-    EXPECT_EQ(window.LstSelectedFiles->selectedItems().size(), 0);
-    QTest::keyClick(window.LstSelectedFiles, Qt::Key_A, Qt::ControlModifier);
-    EXPECT_EQ(window.LstSelectedFiles->selectedItems().size(), 3);
-}
-
 TEST_F(ListAndPanelTest, DeletingBackupFoldersFlatMirroredAndEmpty) {
     load(1);
-    const std::string several =
-        "U heeft meerdere directories in deze file staan, u dient deze \u00e9\u00e9n voor "
-        "\u00e9\u00e9n te verwijderen";
-    // A flat folder goes, after the question.
+    // A flat folder is offered for deletion and goes, after the question.
     window.TargetDirectories->setPath("E:\\Backup2026-11-16");
+    EXPECT_EQ(window.CmdDeleteDir->text(), "Verwijder E:\\Backup2026-11-16");
+    EXPECT_EQ(window.Lbl_InhoudDir->text(), "Bestanden in de map E:\\Backup2026-11-16");
+    EXPECT_EQ(window.TargetFileLst->count(), 2);
     machine.boxes.answer(Answer::Yes);
     QTest::mouseClick(window.CmdDeleteDir, Qt::LeftButton);
     ASSERT_EQ(machine.boxes.shown.size(), 1u);
@@ -154,23 +115,22 @@ TEST_F(ListAndPanelTest, DeletingBackupFoldersFlatMirroredAndEmpty) {
     EXPECT_EQ(window.TargetDirectories->path(), "E:\\");
     EXPECT_EQ(window.panelText(1), "Aantal files: 1");
 
-    // A mirrored one, only subfolders, and an empty one: the box, and both stay.
-    for (const char* folder : {"Backup2026-11-15", "Backup2026-11-14"}) {
+    // A mirrored one, only subfolders, and an empty one: the box, and both stay. No at the
+    // question keeps the folder too; each goes back to the root.
+    const std::string several =
+        "U heeft meerdere directories in deze file staan, u dient deze \u00e9\u00e9n voor "
+        "\u00e9\u00e9n te verwijderen";
+    for (auto [folder, answer] : {std::pair{"Backup2026-11-15", Answer::Yes},
+                                  {"Backup2026-11-14", Answer::Yes},
+                                  {"Backup2026-11-15\\Norvale", Answer::No}}) {
         window.TargetDirectories->setPath(QString("E:\\") + folder);
-        machine.boxes.answer(Answer::Yes);
+        machine.boxes.answer(answer);
         window.CmdDeleteDir_Click();
-        EXPECT_EQ(machine.boxes.shown.back().text, several);
-        EXPECT_TRUE(machine.temp.exists(std::string("Stick/") + folder));
+        EXPECT_EQ(machine.boxes.shown.back().text == several, answer == Answer::Yes);
         EXPECT_EQ(window.TargetDirectories->path(), "E:\\");
     }
+    EXPECT_TRUE(machine.temp.exists("Stick/Backup2026-11-14"));
     EXPECT_TRUE(machine.temp.exists("Stick/Backup2026-11-15/Norvale/NV.ini"));
-
-    // No keeps the folder and still goes back to the root.
-    window.TargetDirectories->setPath("E:\\Backup2026-11-15\\Norvale");
-    machine.boxes.answer(Answer::No);
-    window.CmdDeleteDir_Click();
-    EXPECT_TRUE(machine.temp.exists("Stick/Backup2026-11-15/Norvale/NV.ini"));
-    EXPECT_EQ(window.TargetDirectories->path(), "E:\\");
 }
 
 } // namespace
