@@ -47,13 +47,25 @@ Parsed parse(DriveTable& drives, const std::string& drivePath) {
     return parsed;
 }
 
-// The root and the first count parts, in their own letters.
-std::string joined(const Parsed& parsed, std::size_t count) {
-    std::string path = parsed.root;
-    for (std::size_t i = 0; i < count; ++i)
-        path += "/" + parsed.parts[i];
-    return path.empty() ? "/" : path;
-}
+// The root and all parts in their own letters; ends[i] is where the first i parts end in it.
+struct Joined {
+    std::string path;
+    std::vector<std::size_t> ends;
+
+    explicit Joined(const Parsed& parsed) : path(parsed.root) {
+        ends.reserve(parsed.parts.size() + 1);
+        ends.push_back(path.size());
+        for (const std::string& part : parsed.parts) {
+            path += '/';
+            path += part;
+            ends.push_back(path.size());
+        }
+    }
+    // The root and the first count parts.
+    std::string prefix(std::size_t count) const {
+        return ends[count] == 0 ? std::string("/") : path.substr(0, ends[count]);
+    }
+};
 
 std::string child(const std::string& folder, const std::string& name) {
     return (folder == "/" ? "" : folder) + "/" + name;
@@ -114,18 +126,19 @@ std::pair<std::string, std::string> splitLast(const std::string& drivePath) {
 }
 
 std::string literalNativePath(DriveTable& drives, const std::string& drivePath) {
-    Parsed parsed = parse(drives, drivePath);
-    return joined(parsed, parsed.parts.size());
+    const Parsed parsed = parse(drives, drivePath);
+    return Joined(parsed).prefix(parsed.parts.size());
 }
 
 ResolvedPath resolvePath(DriveTable& drives, const std::string& drivePath, FolderIndex* index) {
     const Parsed parsed = parse(drives, drivePath);
     const std::size_t n = parsed.parts.size();
+    const Joined literal(parsed);
     ResolvedPath out;
     struct stat st {};
     if (n > 0) {
         // Mostly the path is there in its own letters: one look then, and no other.
-        out.path = joined(parsed, n);
+        out.path = literal.prefix(n);
         if (::lstat(out.path.c_str(), &st) == 0) {
             out.exists = true;
             return out;
@@ -137,12 +150,16 @@ ResolvedPath resolvePath(DriveTable& drives, const std::string& drivePath, Folde
     std::size_t k = n == 0 ? 0 : n - 1;
     std::string path;
     for (; k > 0; --k) {
-        path = joined(parsed, k);
-        if (::stat(path.c_str(), &st) == 0 || ::lstat(path.c_str(), &st) == 0)
+        path = literal.prefix(k);
+        // A link counts as there even when it leads nowhere; one that leads somewhere is followed.
+        if (::lstat(path.c_str(), &st) == 0) {
+            if (S_ISLNK(st.st_mode))
+                ::stat(path.c_str(), &st);
             break;
+        }
     }
     if (k == 0) {
-        path = joined(parsed, 0);
+        path = literal.prefix(0);
         if (::stat(path.c_str(), &st) != 0 || !S_ISDIR(st.st_mode))
             throw fileFailure(kFailDeviceUnavailable);
     }
