@@ -8,28 +8,30 @@ namespace nv {
 
 namespace {
 
-// Decodes UTF-8 into code points; a stray byte stands for itself.
+// The code point that starts at s[i], and how many bytes it takes; a stray byte stands for
+// itself.
+std::pair<char32_t, std::size_t> codePointAt(const std::string& s, std::size_t i) {
+    auto b = static_cast<unsigned char>(s[i]);
+    std::size_t extra = b >= 0xF0 ? 3 : b >= 0xE0 ? 2 : b >= 0xC0 ? 1 : 0;
+    char32_t cp = b & (0x3F >> extra);
+    bool ok = extra > 0 && i + extra < s.size();
+    for (std::size_t k = 1; ok && k <= extra; ++k) {
+        auto c = static_cast<unsigned char>(s[i + k]);
+        ok = (c & 0xC0) == 0x80;
+        cp = (cp << 6) | (c & 0x3F);
+    }
+    if (!ok)
+        return {b, 1};
+    return {cp, extra + 1};
+}
+
 std::u32string decode(const std::string& s) {
     std::u32string out;
     out.reserve(s.size());
-    std::size_t i = 0;
-    while (i < s.size()) {
-        auto b = static_cast<unsigned char>(s[i]);
-        std::size_t extra = b >= 0xF0 ? 3 : b >= 0xE0 ? 2 : b >= 0xC0 ? 1 : 0;
-        char32_t cp = b & (0x3F >> extra);
-        bool ok = extra > 0 && i + extra < s.size();
-        for (std::size_t k = 1; ok && k <= extra; ++k) {
-            auto c = static_cast<unsigned char>(s[i + k]);
-            ok = (c & 0xC0) == 0x80;
-            cp = (cp << 6) | (c & 0x3F);
-        }
-        if (!ok) {
-            out.push_back(b);
-            ++i;
-            continue;
-        }
+    for (std::size_t i = 0; i < s.size();) {
+        auto [cp, size] = codePointAt(s, i);
         out.push_back(cp);
-        i += extra + 1;
+        i += size;
     }
     return out;
 }
@@ -107,10 +109,25 @@ bool wildcardMatch(const std::string& pattern, const std::string& name) {
 }
 
 std::string upperCase(const std::string& text) {
-    std::string out;
-    out.reserve(text.size());
-    for (char32_t c : decode(text))
-        encode(upper(c), out);
+    // Most names are plain ASCII, which changes in place; a folder is listed name by name.
+    std::string out = text;
+    bool ascii = true;
+    for (char& c : out) {
+        if (static_cast<unsigned char>(c) >= 0x80) {
+            ascii = false;
+            break;
+        }
+        if (c >= 'a' && c <= 'z')
+            c = static_cast<char>(c - 32);
+    }
+    if (ascii)
+        return out;
+    out.clear();
+    for (std::size_t i = 0; i < text.size();) {
+        auto [cp, size] = codePointAt(text, i);
+        encode(upper(cp), out);
+        i += size;
+    }
     return out;
 }
 

@@ -29,5 +29,7 @@ TEST(Wildcards, KeepTheHomePlatformMeaning) {
     EXPECT_FALSE(wildcardMatch("NV_?edger*.mdb", "NV_Ledger01.mdbx"));
     EXPECT_TRUE(wildcardMatch("kopiëren.TXT", "KOPIËREN.txt"));
     EXPECT_EQ(upperCase("Backupé"), "BACKUPÉ");
+    // A byte that is no UTF-8 stands for its Latin-1 letter, as a name from an old stick does.
+    EXPECT_EQ(upperCase("ÿ-x\xE9"), "Ÿ-X\xC3\x89");
     EXPECT_TRUE(equalsIgnoringCase("C:\\Program Files", "c:\\PROGRAM FILES"));
 }
