@@ -310,19 +310,22 @@ bool readFile(const std::string& path, std::string& bytes, Stamp& stamp) {
         errno = EISDIR;
         return false;
     }
-    bytes.clear();
-    bytes.reserve(static_cast<std::size_t>(st.st_size));
-    char buffer[65536];
+    // Room for one byte more than the size said, so a file that grew is read to its end too.
+    bytes.resize(static_cast<std::size_t>(st.st_size) + 1);
+    std::size_t got = 0;
     for (;;) {
-        ssize_t n = ::read(in.fd, buffer, sizeof buffer);
+        if (got == bytes.size())
+            bytes.resize(bytes.size() * 2);
+        ssize_t n = ::read(in.fd, bytes.data() + got, bytes.size() - got);
         if (n < 0 && errno == EINTR)
             continue;
         if (n < 0)
             return false;
         if (n == 0)
             break;
-        bytes.append(buffer, static_cast<std::size_t>(n));
+        got += static_cast<std::size_t>(n);
     }
+    bytes.resize(got);
     stamp = stampOf(st);
     return true;
 }
@@ -408,7 +411,8 @@ bool save(const std::string& native, PosixProfileStore::Image& image) {
         }
         ok = ::fchmod(out.fd, old.st_mode & 0775) == 0;
     }
-    ok = ok && writeAll(out.fd, image.serialize()) && ::fsync(out.fd) == 0;
+    std::string bytes = image.serialize();
+    ok = ok && writeAll(out.fd, bytes) && ::fsync(out.fd) == 0;
     int fd = out.fd;
     out.fd = -1;
     ok = ::close(fd) == 0 && ok;
@@ -429,9 +433,10 @@ bool save(const std::string& native, PosixProfileStore::Image& image) {
         return false;
     image.exists = true;
     image.dirty = false;
-    image.racy = false;
-    image.bytes.clear();
     image.stamp = stampOf(now);
+    // Another writer within the same tick of a coarse clock would leave this stamp as it is.
+    image.racy = isRacy(image.stamp);
+    image.bytes = image.racy ? std::move(bytes) : std::string();
     return true;
 }
 
