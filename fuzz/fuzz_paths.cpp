@@ -340,6 +340,13 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
     const std::string& drivePath = in[0];
     const std::string& native = in[1];
 
+    // Letter by letter, names compare as their upper cases do; a folder is searched one way and
+    // indexed the other.
+    for (const std::string& other : {native, nv::upperCase(drivePath)})
+        NVFUZZ_CHECK(nv::equalsIgnoringCase(drivePath, other) ==
+                         (nv::upperCase(drivePath) == nv::upperCase(other)),
+                     drivePath + " / " + other);
+
     checkFileOfPath(drivePath);
     checkFileOfPath(native);
     checkNativePath(drivePath);

@@ -10,7 +10,7 @@ namespace {
 
 // The code point that starts at s[i], and how many bytes it takes; a stray byte stands for
 // itself.
-std::pair<char32_t, std::size_t> codePointAt(const std::string& s, std::size_t i) {
+std::pair<char32_t, std::size_t> codePointAt(std::string_view s, std::size_t i) {
     auto b = static_cast<unsigned char>(s[i]);
     std::size_t extra = b >= 0xF0 ? 3 : b >= 0xE0 ? 2 : b >= 0xC0 ? 1 : 0;
     char32_t cp = b & (0x3F >> extra);
@@ -131,8 +131,18 @@ std::string upperCase(const std::string& text) {
     return out;
 }
 
-bool equalsIgnoringCase(const std::string& a, const std::string& b) {
-    return upperCase(a) == upperCase(b);
+bool equalsIgnoringCase(std::string_view a, std::string_view b) {
+    std::size_t i = 0;
+    std::size_t j = 0;
+    while (i < a.size() && j < b.size()) {
+        auto [ca, sizeA] = codePointAt(a, i);
+        auto [cb, sizeB] = codePointAt(b, j);
+        if (upper(ca) != upper(cb))
+            return false;
+        i += sizeA;
+        j += sizeB;
+    }
+    return i == a.size() && j == b.size();
 }
 
 void sortIgnoringCase(std::vector<std::string>& names) {

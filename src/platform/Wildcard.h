@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace nv {
@@ -12,7 +13,8 @@ bool hasWildcards(const std::string& text);
 
 // Upper case of ASCII and Latin-1 letters in UTF-8 text, for compares that ignore case.
 std::string upperCase(const std::string& text);
-bool equalsIgnoringCase(const std::string& a, const std::string& b);
+// As upperCase(a) == upperCase(b), letter by letter, without making either.
+bool equalsIgnoringCase(std::string_view a, std::string_view b);
 // Sorts names without regard to case; names that differ in case alone keep one fixed order.
 void sortIgnoringCase(std::vector<std::string>& names);
 

@@ -68,13 +68,12 @@ std::string listedEntryIgnoringCase(const std::string& folder, const std::string
     DIR* dir = ::opendir(folder.c_str());
     if (!dir)
         return found;
-    const std::string wanted = upperCase(name);
     while (dirent* entry = ::readdir(dir)) {
         // An overlong UTF-8 dot upper-cases to '.', but "." and ".." lead out of the folder.
         const std::string_view entryName = entry->d_name;
         if (entryName == "." || entryName == "..")
             continue;
-        if (upperCase(entry->d_name) == wanted) {
+        if (equalsIgnoringCase(entryName, name)) {
             found = entry->d_name;
             break;
         }
