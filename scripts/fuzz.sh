@@ -1,25 +1,44 @@
 #!/usr/bin/env bash
 # Builds the libFuzzer targets (preset fuzz: clang 14, AddressSanitizer, UndefinedBehaviorSanitizer)
-# and runs both at once, one process each. Fails on any crash, leak or sanitizer report.
-#   bash scripts/fuzz.sh [seconds]   each target for the given seconds (default 60), on a copy
-#                                    of its seed corpus, so the committed corpus does not grow
-#   bash scripts/fuzz.sh --runs N    each target for N executions, on a corpus kept in
-#                                    build/fuzz/long/, so a long run that is stopped resumes
-#                                    from what it found; logs stay there too
+# and runs them, all at once. Fails on any crash, leak or sanitizer report.
+#   bash scripts/fuzz.sh [seconds]
+#       each target for the given seconds (default 60), one process each, on a copy of its seed
+#       corpus, so the committed corpus does not grow
+#   bash scripts/fuzz.sh --runs N [--workers K] [target...]
+#       each named target (default: all) for N executions in all, shared by K processes (default
+#       1) that work on one corpus kept in build/fuzz/long/<target>, so a long run that is
+#       stopped resumes from what it found; the logs stay there too
 # NV_FUZZ_BUILD_DIR puts the build elsewhere than build/fuzz.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 usage() {
-    echo "usage: scripts/fuzz.sh [seconds] | --runs N" >&2
+    echo "usage: scripts/fuzz.sh [seconds] | --runs N [--workers K] [target...]" >&2
     exit 2
 }
+all_targets=(fuzz_settings fuzz_paths)
+targets=("${all_targets[@]}")
+workers=1
 if [ "${1:-}" = "--runs" ]; then
     [[ "${2:-}" =~ ^[1-9][0-9]*$ ]] || usage
-    limit=(-runs="$2")
-    what="$2 executions"
+    runs="$2"
+    shift 2
+    if [ "${1:-}" = "--workers" ]; then
+        [[ "${2:-}" =~ ^[1-9][0-9]*$ ]] || usage
+        workers="$2"
+        shift 2
+    fi
+    if [ $# -gt 0 ]; then
+        for target in "$@"; do
+            [[ " ${all_targets[*]} " == *" $target "* ]] || usage
+        done
+        targets=("$@")
+    fi
+    limit=(-runs="$(((runs + workers - 1) / workers))")
+    what="$runs executions in $workers process(es)"
     long=1
 else
+    [ $# -le 1 ] || usage
     seconds="${1:-60}"
     [[ "$seconds" =~ ^[1-9][0-9]*$ ]] || usage
     limit=(-max_total_time="$seconds")
@@ -48,53 +67,64 @@ fi
 # Longest input per target: a settings file of the program is well under 2 KiB, and four lines
 # of paths well under 1 KiB; longer inputs only slow each run.
 declare -A max_len=([fuzz_settings]=2048 [fuzz_paths]=1024)
-targets=(fuzz_settings fuzz_paths)
+
+folder_of() {
+    if [ "$long" -eq 1 ]; then echo "$build/long/$1"; else echo "$work/$1"; fi
+}
 
 declare -A pids
 for target in "${targets[@]}"; do
+    dir=$(folder_of "$target")
     seeds="fuzz/corpus/${target#fuzz_}"
-    if [ "$long" -eq 1 ]; then
-        dir="$build/long/$target"
-    else
-        dir="$work/$target"
-    fi
     mkdir -p "$dir/corpus" "$dir/artifacts"
     for seed in "$seeds"/*; do
         [ -e "$dir/corpus/${seed##*/}" ] || cp "$seed" "$dir/corpus/"
     done
-    rm -f "$dir/artifacts/"* "$dir/log.txt"
+    rm -f "$dir/artifacts/"* "$dir"/log*.txt
     echo "== $target for $what on $dir/corpus"
-    TMPDIR="$scratch" \
-        ASAN_OPTIONS="detect_leaks=1:quarantine_size_mb=16:max_malloc_fill_size=0" \
-        UBSAN_OPTIONS="print_stacktrace=1:halt_on_error=1" \
-        "$build/fuzz/$target" "${limit[@]}" -max_len="${max_len[$target]}" \
-        -detect_leaks=1 -print_final_stats=1 \
-        -artifact_prefix="$dir/artifacts/" "$dir/corpus" >"$dir/log.txt" 2>&1 &
-    pids[$target]=$!
+    for ((w = 1; w <= workers; w++)); do
+        # Allocator caches make a long run's memory grow well past libFuzzer's 2 GiB default
+        # while the live heap stays small; a leak is LeakSanitizer's to find.
+        TMPDIR="$scratch" \
+            ASAN_OPTIONS="detect_leaks=1:quarantine_size_mb=16:max_malloc_fill_size=0:malloc_context_size=10" \
+            UBSAN_OPTIONS="print_stacktrace=1:halt_on_error=1" \
+            "$build/fuzz/$target" "${limit[@]}" -seed="$w$RANDOM" -max_len="${max_len[$target]}" \
+            -rss_limit_mb=6144 -detect_leaks=1 -print_final_stats=1 \
+            -artifact_prefix="$dir/artifacts/" "$dir/corpus" >"$dir/log$w.txt" 2>&1 &
+        pids[$target.$w]=$!
+    done
 done
 
 status=0
 for target in "${targets[@]}"; do
-    rc=0
-    wait "${pids[$target]}" || rc=$?
-    if [ "$long" -eq 1 ]; then
-        dir="$build/long/$target"
-    else
-        dir="$work/$target"
-    fi
-    log="$dir/log.txt"
+    dir=$(folder_of "$target")
     echo "== $target"
-    grep -E '^stat::(number_of_executed_units|average_exec_per_sec|new_units_added|peak_rss_mb)' \
-        "$log" || true
-    grep -E '^#[0-9]+' "$log" | tail -1 || true
-    artifacts=$(find "$dir/artifacts" -type f | wc -l)
-    if [ "$rc" -ne 0 ] || [ "$artifacts" -ne 0 ] ||
-        grep -qE 'ERROR: (AddressSanitizer|LeakSanitizer|libFuzzer)|runtime error:|==nvfuzz==' "$log"; then
-        echo "!! $target found a fault (exit $rc); its log and input follow" >&2
-        grep -E -A12 'ERROR:|runtime error:|==nvfuzz==' "$log" | head -60 >&2 || true
+    failed=0
+    executions=0
+    for ((w = 1; w <= workers; w++)); do
+        rc=0
+        wait "${pids[$target.$w]}" || rc=$?
+        log="$dir/log$w.txt"
+        done_line=$(grep -E '^#[0-9]+' "$log" | tail -1 || true)
+        echo "   process $w: ${done_line:0:120}"
+        n=$(sed -n 's/^stat::number_of_executed_units: *//p' "$log")
+        executions=$((executions + ${n:-0}))
+        if [ "$rc" -ne 0 ] ||
+            grep -qE 'ERROR: (AddressSanitizer|LeakSanitizer|libFuzzer)|runtime error:|==nvfuzz==' "$log"; then
+            echo "!! $target process $w found a fault (exit $rc); its log follows" >&2
+            grep -E -A12 'ERROR:|runtime error:|==nvfuzz==' "$log" | head -60 >&2 || true
+            mkdir -p "$build/findings"
+            cp "$log" "$build/findings/$target-$w.log"
+            failed=1
+        fi
+    done
+    echo "   executions: $executions"
+    if [ "$(find "$dir/artifacts" -type f | wc -l)" -ne 0 ]; then
         mkdir -p "$build/findings"
-        cp "$dir/artifacts/"* "$build/findings/" 2>/dev/null || true
-        cp "$log" "$build/findings/$target.log"
+        cp "$dir/artifacts/"* "$build/findings/"
+        failed=1
+    fi
+    if [ "$failed" -eq 1 ]; then
         echo "!! kept in $build/findings/; replay: $build/fuzz/$target <input>" >&2
         status=1
     fi
