@@ -34,14 +34,15 @@ if [ "${1:-}" = "--runs" ]; then
         done
         targets=("$@")
     fi
-    limit=(-runs="$(((runs + workers - 1) / workers))")
-    what="$runs executions in $workers process(es)"
+    share=$(((runs + workers - 1) / workers))
+    what="$runs executions in $workers process(es) at a time"
     long=1
 else
     [ $# -le 1 ] || usage
     seconds="${1:-60}"
     [[ "$seconds" =~ ^[1-9][0-9]*$ ]] || usage
     limit=(-max_total_time="$seconds")
+    share=0
     what="${seconds}s"
     long=0
 fi
@@ -72,6 +73,35 @@ folder_of() {
     if [ "$long" -eq 1 ]; then echo "$build/long/$1"; else echo "$work/$1"; fi
 }
 
+# A process of a target slows down as it ages and its memory grows, while a fresh one
+# on the same corpus runs at full speed again: a long run goes in chunks of this many executions.
+chunk="${NV_FUZZ_CHUNK:-1000000}"
+
+# One process of a target after another until its share is done, or until one fails.
+#   worker <target> <folder> <number> <executions, or 0 for a run by time>
+worker() {
+    local target="$1" dir="$2" w="$3" left="$4" part=1 rc=0 this
+    while :; do
+        if [ "$left" -gt 0 ]; then
+            this=$((left < chunk ? left : chunk))
+            limit=(-runs="$this")
+            left=$((left - this))
+        fi
+        # Allocator caches make a long run's memory grow well past libFuzzer's 2 GiB default
+        # while the live heap stays small; a leak is LeakSanitizer's to find.
+        TMPDIR="$scratch" \
+            ASAN_OPTIONS="detect_leaks=1:quarantine_size_mb=16:max_malloc_fill_size=0:malloc_context_size=10" \
+            UBSAN_OPTIONS="print_stacktrace=1:halt_on_error=1" \
+            "$build/fuzz/$target" "${limit[@]}" -seed="$w$part$RANDOM" -max_len="${max_len[$target]}" \
+            -rss_limit_mb=6144 -detect_leaks=1 -print_final_stats=1 \
+            -artifact_prefix="$dir/artifacts/" "$dir/corpus" >"$dir/log$w.$part.txt" 2>&1 || rc=$?
+        if [ "$rc" -ne 0 ] || [ "$left" -le 0 ]; then
+            return "$rc"
+        fi
+        part=$((part + 1))
+    done
+}
+
 declare -A pids
 for target in "${targets[@]}"; do
     dir=$(folder_of "$target")
@@ -83,17 +113,17 @@ for target in "${targets[@]}"; do
     rm -f "$dir/artifacts/"* "$dir"/log*.txt
     echo "== $target for $what on $dir/corpus"
     for ((w = 1; w <= workers; w++)); do
-        # Allocator caches make a long run's memory grow well past libFuzzer's 2 GiB default
-        # while the live heap stays small; a leak is LeakSanitizer's to find.
-        TMPDIR="$scratch" \
-            ASAN_OPTIONS="detect_leaks=1:quarantine_size_mb=16:max_malloc_fill_size=0:malloc_context_size=10" \
-            UBSAN_OPTIONS="print_stacktrace=1:halt_on_error=1" \
-            "$build/fuzz/$target" "${limit[@]}" -seed="$w$RANDOM" -max_len="${max_len[$target]}" \
-            -rss_limit_mb=6144 -detect_leaks=1 -print_final_stats=1 \
-            -artifact_prefix="$dir/artifacts/" "$dir/corpus" >"$dir/log$w.txt" 2>&1 &
+        worker "$target" "$dir" "$w" "$share" &
         pids[$target.$w]=$!
     done
 done
+
+report() {
+    echo "!! $1 found a fault; the end of ${2##*/} follows" >&2
+    grep -E -A12 'ERROR:|runtime error:|==nvfuzz==' "$2" | head -60 >&2 || tail -20 "$2" >&2
+    mkdir -p "$build/findings"
+    cp "$2" "$build/findings/$1-${2##*/}"
+}
 
 status=0
 for target in "${targets[@]}"; do
@@ -104,17 +134,21 @@ for target in "${targets[@]}"; do
     for ((w = 1; w <= workers; w++)); do
         rc=0
         wait "${pids[$target.$w]}" || rc=$?
-        log="$dir/log$w.txt"
-        done_line=$(grep -E '^#[0-9]+' "$log" | tail -1 || true)
-        echo "   process $w: ${done_line:0:120}"
-        n=$(sed -n 's/^stat::number_of_executed_units: *//p' "$log")
-        executions=$((executions + ${n:-0}))
-        if [ "$rc" -ne 0 ] ||
-            grep -qE 'ERROR: (AddressSanitizer|LeakSanitizer|libFuzzer)|runtime error:|==nvfuzz==' "$log"; then
-            echo "!! $target process $w found a fault (exit $rc); its log follows" >&2
-            grep -E -A12 'ERROR:|runtime error:|==nvfuzz==' "$log" | head -60 >&2 || true
-            mkdir -p "$build/findings"
-            cp "$log" "$build/findings/$target-$w.log"
+        for log in "$dir/log$w".*.txt; do
+            done_line=$(grep -E '^#[0-9]+' "$log" | tail -1 || true)
+            echo "   ${log##*/}: ${done_line:0:110}"
+            n=$(sed -n 's/^stat::number_of_executed_units: *//p' "$log")
+            executions=$((executions + ${n:-0}))
+            if grep -qE 'ERROR: (AddressSanitizer|LeakSanitizer|libFuzzer)|runtime error:|==nvfuzz==' \
+                "$log"; then
+                report "$target" "$log"
+                failed=1
+            fi
+        done
+        # The worker stops at the first process that fails; its log is the last one.
+        if [ "$rc" -ne 0 ] && [ "$failed" -eq 0 ]; then
+            echo "!! $target ended with exit $rc" >&2
+            report "$target" "$log"
             failed=1
         fi
     done
