@@ -5,9 +5,8 @@
 #include "startup/Settings.h"
 #include "support/TestMachine.h"
 
+#include <filesystem>
 #include <gtest/gtest.h>
-
-#include <cstdio>
 
 using namespace nv;
 using nvtest::crlf;
@@ -50,6 +49,8 @@ protected:
 TEST_F(FindAppDirTest, InstallUnderProgramFilesBringsTheFilesToThePerUserFolder) {
     auto& t = machine.temp;
     const std::string vsSub = virtualStore();
+    const std::string prod = "Users/user1/AppData/Roaming/Norvale/";
+    t.write(prod + "NV_Ledger01.mdb", "prod");
     for (const char* name :
          {"NV_Ledger01.mdb", "NV_Lists97.mdb", "NV.ini", "NV_stock.NVD", "stockA.NVD"})
         t.write(vsSub + name, std::string("vs:") + name);
@@ -69,8 +70,10 @@ TEST_F(FindAppDirTest, InstallUnderProgramFilesBringsTheFilesToThePerUserFolder)
     EXPECT_EQ(path, program + "\\");
     EXPECT_EQ(production, t.drive("Users\\user1\\AppData\\Roaming\\Norvale\\"));
     EXPECT_EQ(status, 2); // Refresh.ini is nowhere
-    const std::string prod = "Users/user1/AppData/Roaming/Norvale/";
-    for (const char* moved : {"NV_Ledger01.mdb", "NV_Lists97.mdb", "NV.ini", "NV_stock.NVD"}) {
+    // A file already in the per-user folder stays, and so does the one that would replace it.
+    EXPECT_EQ(t.read(prod + "NV_Ledger01.mdb"), "prod");
+    EXPECT_EQ(t.read(vsSub + "NV_Ledger01.mdb"), "vs:NV_Ledger01.mdb");
+    for (const char* moved : {"NV_Lists97.mdb", "NV.ini", "NV_stock.NVD"}) {
         EXPECT_EQ(t.read(prod + moved), std::string("vs:") + moved);
         EXPECT_FALSE(t.exists(vsSub + moved)) << moved;
     }
@@ -94,28 +97,9 @@ TEST_F(FindAppDirTest, InstallUnderProgramFilesBringsTheFilesToThePerUserFolder)
     for (const auto& name : AppSettings.strKnownFiles)
         EXPECT_TRUE(name.empty());
 
-    // The next start finds every file in place; row 7 still gives status 2.
-    path = program;
-    status = 0;
+    // The next start finds every file in place and leaves the list as it is.
     EXPECT_EQ(fFindAppDir(path, status), production);
-    EXPECT_EQ(status, 2);
     EXPECT_EQ(read(ini, "Basic settings", "AantalFiles"), "10");
-}
-
-TEST_F(FindAppDirTest, AFileInEveryFolderStaysWhereItIs) {
-    auto& t = machine.temp;
-    const std::string program = t.drive("Program Files\\Norvale");
-    const std::string vsSub = virtualStore();
-    t.write("Users/user1/AppData/Roaming/Norvale/NV_Ledger01.mdb", "prod");
-    t.write(vsSub + "NV_Ledger01.mdb", "vs");
-    t.write("Program Files/Norvale/NV_Ledger01.mdb", "prog");
-    std::string path = program;
-    uint8_t status = 0;
-    fFindAppDir(path, status);
-    EXPECT_EQ(t.read("Users/user1/AppData/Roaming/Norvale/NV_Ledger01.mdb"), "prod");
-    EXPECT_EQ(t.read(vsSub + "NV_Ledger01.mdb"), "vs");
-    EXPECT_EQ(t.read("Program Files/Norvale/NV_Ledger01.mdb"), "prog");
-    EXPECT_EQ(status, 1); // NV_Lists97.mdb is nowhere
 }
 
 TEST_F(FindAppDirTest, TheProgramFilesCompareTakesWholeComponentsInAnyCase) {
@@ -126,48 +110,41 @@ TEST_F(FindAppDirTest, TheProgramFilesCompareTakesWholeComponentsInAnyCase) {
 
     machine.folders.folders[CSIDL_PROGRAM_FILES] = upperCase(programFiles);
     EXPECT_EQ(fFindAppDir(path, status), t.drive("Users\\user1\\AppData\\Roaming\\Norvale\\"));
+    EXPECT_EQ(status, 1); // NV_Lists97.mdb is nowhere
 
     // A folder that merely begins with the same letters is elsewhere.
     machine.folders.folders[CSIDL_PROGRAM_FILES] = programFiles.substr(0, programFiles.size() - 1);
     EXPECT_EQ(fFindAppDir(path, status), path);
 }
 
-class ElsewhereTest : public FindAppDirTest {
-protected:
-    void SetUp() override {
-        FindAppDirTest::SetUp();
-        machine.folders.folders[CSIDL_PROGRAM_FILES] = "C:\\Program Files";
-        for (int row = 0; row <= 10; ++row)
-            if (row != 8 && row != 9)
-                machine.temp.write("Apps/Norvale/" + fKnownFileName(row), "data");
-        program = machine.temp.drive("Apps\\Norvale\\");
-    }
-    std::string program;
-};
-
-TEST_F(ElsewhereTest, ASoundInstallGivesStatusTwoAndItsOwnFolder) {
-    machine.temp.write("Apps/Norvale/stockA.NVD", "old");
+// Not under program files the files stay put; the list is reconciled all the same.
+TEST_F(FindAppDirTest, ElsewhereTheFilesStayAndOnlyAMissingRequiredOneGivesStatusOne) {
+    auto& t = machine.temp;
+    machine.folders.folders[CSIDL_PROGRAM_FILES] = "C:\\Program Files";
+    for (int row = 0; row <= 10; ++row)
+        if (row != 8 && row != 9)
+            t.write("Apps/Norvale/" + fKnownFileName(row), "data");
+    t.write("Apps/Norvale/stockA.NVD", "old");
+    const std::string program = t.drive("Apps\\Norvale\\");
+    const std::string ini = program + "NVbackuptool.ini";
     std::string path = program;
     uint8_t status = 0;
     EXPECT_EQ(fFindAppDir(path, status), program);
     EXPECT_EQ(status, 2);
-    EXPECT_FALSE(machine.temp.exists("Apps/Norvale/stockA.NVD"));
-    EXPECT_FALSE(machine.temp.exists("Users"));
-    EXPECT_EQ(read(program + "NVbackuptool.ini", "Basic settings", "dirfrom"), program);
-}
+    EXPECT_FALSE(t.exists("Apps/Norvale/stockA.NVD"));
+    EXPECT_FALSE(t.exists("Users"));
+    EXPECT_EQ(read(ini, "Basic settings", "dirfrom"), program);
 
-TEST_F(ElsewhereTest, AMissingRequiredFileStopsTheSearchButNotTheEnd) {
-    std::remove(machine.temp.native("Apps/Norvale/NV_Entity.NVD").string().c_str());
-    std::string path = program;
-    uint8_t status = 0;
+    std::filesystem::remove(t.native("Apps/Norvale/NV_Entity.NVD"));
+    t.write("Apps/Norvale/NVbackuptool.ini", "");
     EXPECT_EQ(fFindAppDir(path, status), program);
     EXPECT_EQ(status, 1);
-    EXPECT_EQ(read(program + "NVbackuptool.ini", "Basic settings", "AantalFiles"), "9");
-}
+    EXPECT_EQ(read(ini, "Basic settings", "AantalFiles"), "9");
+    EXPECT_EQ(read(ini, "Basic settings", "dirfrom"), program);
 
-TEST_F(ElsewhereTest, APathWithoutDriveLetterGivesUp) {
-    std::string path = "\\\\server\\share\\Norvale";
-    uint8_t status = 7;
+    // Without a drive letter it gives up, with one box.
+    path = "\\\\server\\share\\Norvale";
+    status = 7;
     EXPECT_EQ(fFindAppDir(path, status), "");
     EXPECT_EQ(status, 7);
     ASSERT_EQ(machine.boxes.shown.size(), 1u);

@@ -40,9 +40,8 @@ TEST(ProgramFilesOnLinux, AnInstallUnderOptWorksInTheXdgFolders) {
     std::string production = fFindAppDir(path, status);
 
     EXPECT_EQ(production, driveFormOf(config + "/Norvale") + "\\");
-    EXPECT_TRUE(fs::exists(fs::path(config) / "Norvale" / "NV_Ledger01.mdb"));
-    EXPECT_TRUE(fs::exists(fs::path(config) / "Norvale" / "NVbackuptool.ini"));
-    EXPECT_TRUE(fs::exists(fs::path(config) / "Norvale" / "NV.ini"));
+    for (const char* name : {"NV_Ledger01.mdb", "NVbackuptool.ini", "NV.ini"})
+        EXPECT_TRUE(fs::exists(fs::path(config) / "Norvale" / name)) << name;
     EXPECT_FALSE(fs::exists(store / "NV.ini"));
     EXPECT_EQ(status, 2);
 

@@ -5,14 +5,20 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-
 using namespace nv;
 using nvtest::crlf;
 
 namespace {
 
 const std::string kFolder = "C:\\Users\\user1\\AppData\\Roaming\\Norvale\\";
+
+// Bare names stand for files in the production folder.
+std::vector<std::string> inFolder(std::vector<std::string> rows) {
+    for (std::string& row : rows)
+        if (!row.empty() && row.find('\\') == std::string::npos)
+            row = kFolder + row;
+    return rows;
+}
 
 class ReconcileTest : public ::testing::Test {
 protected:
@@ -21,7 +27,13 @@ protected:
             AppSettings.strKnownFiles[static_cast<std::size_t>(row)] = fKnownFileName(row);
         ini = machine.temp.drive("NVbackuptool.ini");
     }
-
+    void writeList(const std::vector<std::string>& rows) {
+        std::string text =
+            "[Basic settings]\nAantalFiles=" + std::to_string(rows.size()) + "\n[Backupfiles]\n";
+        for (std::size_t n = 0; n < rows.size(); ++n)
+            text += rowKey(static_cast<int>(n + 1)) + "=" + rows[n] + "\n";
+        machine.temp.write("NVbackuptool.ini", crlf(text));
+    }
     std::vector<std::string> rows() {
         std::vector<std::string> out;
         long count = std::stol(fReadIni(ini, "Basic settings", "AantalFiles", "-1"));
@@ -35,19 +47,13 @@ protected:
 };
 
 TEST_F(ReconcileTest, AnOldListIsCorrectedCompletedAndCleared) {
-    machine.temp.write("NVbackuptool.ini",
-                       crlf("[Basic settings]\nAantalFiles=4\n[Backupfiles]\n"
-                            "BackUpfile1=C:\\Program Files\\Norvale\\NV_Ledger01.mdb\n"
-                            "BackUpfile2=C:\\Program Files\\Norvale\\stockA.NVD\n"
-                            "BackUpfile3=D:\\Letters\\offer.doc\n"
-                            "BackUpfile4=C:\\Program Files\\Norvale\\NV.ini\n"));
+    writeList({"C:\\Program Files\\Norvale\\NV_Ledger01.mdb",
+               "C:\\Program Files\\Norvale\\stockA.NVD", "D:\\Letters\\offer.doc",
+               "C:\\Program Files\\Norvale\\NV.ini"});
     subReconcileBackupList(kFolder, ini);
-    std::vector<std::string> expected = {kFolder + "NV_Ledger01.mdb",  "D:\\Letters\\offer.doc",
-                                         kFolder + "NV.ini",           kFolder + "NV_Lists97.mdb",
-                                         kFolder + "panels.ini",       kFolder + "NV_Entity.NVD",
-                                         kFolder + "NVbackuptool.ini", kFolder + "Nota.ini",
-                                         kFolder + "Refresh.ini",      kFolder + "NV_stock.NVD"};
-    EXPECT_EQ(rows(), expected);
+    EXPECT_EQ(rows(), inFolder({"NV_Ledger01.mdb", "D:\\Letters\\offer.doc", "NV.ini",
+                                "NV_Lists97.mdb", "panels.ini", "NV_Entity.NVD", "NVbackuptool.ini",
+                                "Nota.ini", "Refresh.ini", "NV_stock.NVD"}));
 
     // A second pass over a sound list changes nothing in the file.
     const std::string before = machine.temp.read("NVbackuptool.ini");
@@ -55,44 +61,18 @@ TEST_F(ReconcileTest, AnOldListIsCorrectedCompletedAndCleared) {
     EXPECT_EQ(machine.temp.read("NVbackuptool.ini"), before);
 }
 
-TEST_F(ReconcileTest, AFirstStartWritesTheNineRows) {
-    subReconcileBackupList(kFolder, ini);
-    std::string expected = "[Basic settings]\nAantalFiles=9\n[Backupfiles]\n";
-    int n = 1;
-    for (int row : {0, 1, 2, 3, 4, 5, 6, 7, 10})
-        expected += "BackUpfile" + std::to_string(n++) + "=" + kFolder + fKnownFileName(row) + "\n";
-    EXPECT_EQ(machine.temp.read("NVbackuptool.ini"), crlf(expected));
-}
-
 TEST_F(ReconcileTest, OddRowsAreMatchedByNameAloneAndEmptyRowsStay) {
     // Known names in other folders and other letters, a folder row with a trailing backslash,
     // an empty row, and both old-style files with the second one last.
-    machine.temp.write("NVbackuptool.ini", crlf("[Basic settings]\nAantalFiles=7\n[Backupfiles]\n"
-                                                "BackUpfile1=E:\\elders\\nv_ledger01.MDB\n"
-                                                "BackUpfile2=C:\\Oud\\stockB.NVD\n"
-                                                "BackUpfile3=\n"
-                                                "BackUpfile4=C:\\Data\\Map\\\n"
-                                                "BackUpfile5=" +
-                                                kFolder +
-                                                "NV_LISTS97.MDB\n"
-                                                "BackUpfile6=C:\\Oud\\stockA.NVD\n"
-                                                "BackUpfile7=C:\\Oud\\stockB.NVD\n"));
+    writeList({"E:\\elders\\nv_ledger01.MDB", "C:\\Oud\\stockB.NVD", "", "C:\\Data\\Map\\",
+               kFolder + "NV_LISTS97.MDB", "C:\\Oud\\stockA.NVD", "C:\\Oud\\stockB.NVD"});
     subReconcileBackupList(kFolder, ini);
     // stockA goes first; then stockB is searched in the shorter list and its first row goes;
     // the row with the trailing backslash is written without it when it moves.
-    std::vector<std::string> expected = {kFolder + "NV_Ledger01.mdb",
-                                         "",
-                                         "C:\\Data\\Map",
-                                         kFolder + "NV_LISTS97.MDB",
-                                         "C:\\Oud\\stockB.NVD",
-                                         kFolder + "panels.ini",
-                                         kFolder + "NV_Entity.NVD",
-                                         kFolder + "NVbackuptool.ini",
-                                         kFolder + "Nota.ini",
-                                         kFolder + "NV.ini",
-                                         kFolder + "Refresh.ini",
-                                         kFolder + "NV_stock.NVD"};
-    EXPECT_EQ(rows(), expected);
+    EXPECT_EQ(rows(),
+              inFolder({"NV_Ledger01.mdb", "", "C:\\Data\\Map", "NV_LISTS97.MDB",
+                        "C:\\Oud\\stockB.NVD", "panels.ini", "NV_Entity.NVD", "NVbackuptool.ini",
+                        "Nota.ini", "NV.ini", "Refresh.ini", "NV_stock.NVD"}));
     EXPECT_EQ(fReadIni(ini, "Backupfiles", "BackUpfile13", "<missing>"), "");
 }
 

@@ -4,7 +4,6 @@
 #include "support/TestMachine.h"
 
 #include <gtest/gtest.h>
-#include <utility>
 
 using namespace nv;
 
@@ -63,35 +62,24 @@ TEST_F(RestoreRun, AFlatPassRestoresWhatItFindsAndLeavesTheRestSelected) {
     EXPECT_EQ(restoreFrom("Flat"), kDone);
 }
 
-TEST_F(RestoreRun, AMirroredBackupComesBackOneSubfolderAPass) {
-    select({"Data\\Norvale\\NV.ini", "Data\\Extra\\NV.ini"});
-    // The dated folder itself holds no files; its subfolders do.
-    EXPECT_EQ(restoreFrom("Mirror"), kNotFound);
-    EXPECT_EQ(rows.flags, (std::vector<bool>{true, true}));
-
-    // The other row's name stands in this subfolder too, but it is not its own.
-    EXPECT_EQ(restoreFrom("Mirror\\Extra"), kSameName);
-    EXPECT_EQ(rows.flags, (std::vector<bool>{true, false}));
-    EXPECT_EQ(machine.temp.read("Data/Extra/NV.ini"), "Mirror/Extra/NV.ini");
-    EXPECT_EQ(machine.temp.read("Data/Norvale/NV.ini"), "Data/Norvale/NV.ini");
-
-    EXPECT_EQ(restoreFrom("Mirror\\norvale"), kDone);
-    EXPECT_EQ(machine.temp.read("Data/Norvale/NV.ini"), "Mirror/Norvale/NV.ini");
-}
-
-TEST_F(RestoreRun, TwoFilesOfOneNameNeverBothTakeTheOneFileOfAFlatFolder) {
+// A flat folder does not tell whose its one NV.ini is; a mirrored backup's subfolder does.
+TEST_F(RestoreRun, FilesOfOneNameComeBackOnlyFromTheSubfolderOfTheirOwnFolder) {
     select({"Data\\Norvale\\NV.ini", "Data\\Extra\\NV.ini", "Data\\Norvale\\stockA.NVD"});
     EXPECT_EQ(restoreFrom("Flat"), kSameName);
     EXPECT_EQ(rows.flags, (std::vector<bool>{true, true, false}));
+    // The dated folder itself holds no files; its subfolders do.
+    EXPECT_EQ(restoreFrom("Mirror"), kNotFound);
+    EXPECT_EQ(restoreFrom("Mirror\\extra"), kSameName);
+    EXPECT_EQ(rows.flags, (std::vector<bool>{true, false, false}));
+    EXPECT_EQ(machine.temp.read("Data/Extra/NV.ini"), "Mirror/Extra/NV.ini");
     EXPECT_EQ(machine.temp.read("Data/Norvale/NV.ini"), "Data/Norvale/NV.ini");
-    EXPECT_EQ(machine.temp.read("Data/Extra/NV.ini"), "Data/Extra/NV.ini");
 
-    // One of them alone is no longer in doubt, and the same path twice is one file.
-    rows.flags = {true, false, false};
+    // Alone it is no longer in doubt, and the same path twice is one file.
     EXPECT_EQ(restoreFrom("Flat"), kDone);
     EXPECT_EQ(machine.temp.read("Data/Norvale/NV.ini"), "Flat/NV.ini");
     select({"Data\\Norvale\\NV.ini", "Data\\Norvale\\NV.ini"});
-    EXPECT_EQ(restoreFrom("Flat"), kDone);
+    EXPECT_EQ(restoreFrom("Mirror\\Norvale"), kDone);
+    EXPECT_EQ(machine.temp.read("Data/Norvale/NV.ini"), "Mirror/Norvale/NV.ini");
 }
 
 TEST_F(RestoreRun, AFailingCopyStopsAtItsRowWithTheRowsBeforeItDone) {
@@ -115,13 +103,9 @@ TEST_F(RestoreRun, AFailingCopyStopsAtItsRowWithTheRowsBeforeItDone) {
 }
 
 TEST(Glide, StepsRoundHalfToEvenAndLeaveTheRestForTheLastJump) {
-    for (auto [distance, step] : {std::pair{-9240, -9},
-                                  {2160, 2},
-                                  {500, 0},
-                                  {1500, 2},
-                                  {2500, 2},
-                                  {-2500, -2},
-                                  {-3500, -4}})
+    const int cases[][2] = {{-9240, -9}, {2160, 2},   {500, 0},   {1500, 2},
+                            {2500, 2},   {-2500, -2}, {-3500, -4}};
+    for (const auto& [distance, step] : cases)
         EXPECT_EQ(fGlideStep(distance), step) << distance;
     EXPECT_EQ(fRoundHalfEven(40000.0), 32767);
 }

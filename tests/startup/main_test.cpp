@@ -47,9 +47,11 @@ TEST_F(MainTest, AFirstStartLeavesTheSettingsFileOfAFirstStart) {
     const std::string p = program + "\\";
     std::string expected = "[Basic settings]\nAantalFiles=9\ndirfrom=" + p +
                            "\nDriveTarget=C:\nLastBackup=17-11-2026\nDirectory=0\n[Backupfiles]\n";
-    int n = 1;
-    for (int row : {0, 1, 2, 3, 4, 5, 6, 7, 10})
-        expected += "BackUpfile" + std::to_string(n++) + "=" + p + fKnownFileName(row) + "\n";
+    std::vector<std::string> rows{""};
+    for (int row : {0, 1, 2, 3, 4, 5, 6, 7, 10}) {
+        rows.push_back(p + fKnownFileName(row));
+        expected += "BackUpfile" + std::to_string(rows.size() - 1) + "=" + rows.back() + "\n";
+    }
     EXPECT_EQ(settingsFile(), crlf(expected));
 
     EXPECT_TRUE(machine.boxes.shown.empty());
@@ -60,19 +62,16 @@ TEST_F(MainTest, AFirstStartLeavesTheSettingsFileOfAFirstStart) {
     EXPECT_EQ(s.dirfrom, p);
     EXPECT_EQ(s.DriveTarget, "C:");
     EXPECT_EQ(s.AantalFiles, 9);
-    ASSERT_EQ(s.strFiles.size(), 10u);
-    EXPECT_EQ(s.strFiles[0], "");
-    EXPECT_EQ(s.strFiles[9], p + "NV_stock.NVD");
+    EXPECT_EQ(s.strFiles, rows);
     EXPECT_EQ(s.LastBackup, machine.clock.date);
     EXPECT_EQ(s.Directory, 0);
     EXPECT_FALSE(s.blnRestoreOnly);
     EXPECT_EQ(App.HelpFile, program + "\\NV BU tool.chm");
 
     // A second start reads what the first one left and writes nothing new.
-    const std::string before = settingsFile();
     RecordingWindows again;
     ASSERT_EQ(Main(again), MainOutcome::Running);
-    EXPECT_EQ(settingsFile(), before);
+    EXPECT_EQ(settingsFile(), crlf(expected));
 }
 
 TEST_F(MainTest, AMissingDatabaseOffersTheRestoreOnly) {
@@ -101,16 +100,17 @@ TEST_F(MainTest, AMissingDatabaseOffersTheRestoreOnly) {
 }
 
 TEST_F(MainTest, ADamagedSettingsFileNeverStopsTheStart) {
-    const std::string binary("\x00\xff\xfe[\x01=\x00\r\r\n\x80garbage=\xff", 20);
-    const std::vector<std::string> damaged = {
-        crlf("[Basic settings]\nAantalFiles=twaalf\nLastBackup=gisteren\nDirectory=300\n"),
-        crlf("[Basic settings]\nAantalFiles=-4\nLastBackup=31-02-2026\nDirectory=-1\n"),
-        crlf("[Basic settings]\nAantalFiles=2\nDriveTarget=\n[Backupfiles]\nBackUpfile1=\n"
-             "BackUpfile2=\n"),
-        binary,
-        "",
+    // Present but empty, the target drive stays empty rather than the default.
+    const std::pair<std::string, std::string> damaged[] = {
+        {crlf("[Basic settings]\nAantalFiles=twaalf\nLastBackup=gisteren\nDirectory=300\n"), "C:"},
+        {crlf("[Basic settings]\nAantalFiles=-4\nLastBackup=31-02-2026\nDirectory=-1\n"), "C:"},
+        {crlf("[Basic settings]\nAantalFiles=2\nDriveTarget=\n[Backupfiles]\nBackUpfile1=\n"
+              "BackUpfile2=\n"),
+         ""},
+        {std::string("\x00\xff\xfe[\x01=\x00\r\r\n\x80garbage=\xff", 20), "C:"},
+        {"", "C:"},
     };
-    for (const std::string& content : damaged) {
+    for (const auto& [content, drive] : damaged) {
         machine.temp.write("Data/Norvale/NVbackuptool.ini", content);
         RecordingWindows w;
         ASSERT_EQ(Main(w), MainOutcome::Running) << content;
@@ -119,16 +119,11 @@ TEST_F(MainTest, ADamagedSettingsFileNeverStopsTheStart) {
         EXPECT_EQ(s.strFiles.size(), static_cast<std::size_t>(s.AantalFiles) + 1);
         EXPECT_EQ(s.LastBackup, machine.clock.date) << content;
         EXPECT_EQ(s.Directory, 0) << content;
+        EXPECT_EQ(s.DriveTarget, drive) << content;
     }
-    // Present but empty: an empty target drive, not the default.
-    machine.temp.write("Data/Norvale/NVbackuptool.ini", damaged[2]);
-    RecordingWindows w;
-    Main(w);
-    EXPECT_EQ(w.settingsSeenByMain.DriveTarget, "");
-}
 
-TEST_F(MainTest, ASettingsFileThatCannotBeReadGivesAnEmptyList) {
-    // A folder in the place of the settings file can be neither read nor written.
+    // A folder in the place of the settings file can be neither read nor written: an empty list.
+    std::filesystem::remove(machine.temp.native("Data/Norvale/NVbackuptool.ini"));
     std::filesystem::create_directory(machine.temp.native("Data/Norvale/NVbackuptool.ini"));
     ASSERT_EQ(Main(windows), MainOutcome::Running);
     EXPECT_EQ(windows.settingsSeenByMain.AantalFiles, 0);

@@ -5,7 +5,7 @@
 #include <atomic>
 #include <chrono>
 #include <fstream>
-#include <sstream>
+#include <iterator>
 #include <stdexcept>
 
 namespace fs = std::filesystem;
@@ -13,21 +13,21 @@ namespace fs = std::filesystem;
 namespace nvtest {
 
 namespace {
-std::string toNativeRelative(std::string relative) {
+// Both separators are taken, so that a test may write a path either way.
+std::string withSeparator(std::string relative, char separator) {
     for (char& c : relative)
-        if (c == '\\')
-            c = '/';
+        if (c == '/' || c == '\\')
+            c = separator;
     return relative;
 }
 } // namespace
 
 TempFolder::TempFolder() {
     static std::atomic<int> counter{0};
-    auto stamp = std::chrono::steady_clock::now().time_since_epoch().count();
+    const auto stamp = std::chrono::steady_clock::now().time_since_epoch().count();
     for (int attempt = 0; attempt < 100; ++attempt) {
-        std::ostringstream name;
-        name << "nvtest-" << stamp << "-" << counter++;
-        fs::path candidate = fs::temp_directory_path() / name.str();
+        fs::path candidate = fs::temp_directory_path() /
+                             ("nvtest-" + std::to_string(stamp) + "-" + std::to_string(counter++));
         if (fs::create_directory(candidate)) {
             native_ = fs::canonical(candidate);
             return;
@@ -36,14 +36,14 @@ TempFolder::TempFolder() {
     throw std::runtime_error("no temporary folder");
 }
 
+// Tests leave folders without write permission behind; they must go all the same.
 TempFolder::~TempFolder() {
     std::error_code ec;
     fs::permissions(native_, fs::perms::owner_all, fs::perm_options::add, ec);
     for (auto it = fs::recursive_directory_iterator(native_, ec);
-         it != fs::recursive_directory_iterator(); it.increment(ec)) {
+         it != fs::recursive_directory_iterator(); it.increment(ec))
         if (it->is_directory(ec))
             fs::permissions(it->path(), fs::perms::owner_all, fs::perm_options::add, ec);
-    }
     fs::remove_all(native_, ec);
 }
 
@@ -52,23 +52,18 @@ std::string TempFolder::drive() const {
 }
 
 std::string TempFolder::drive(const std::string& relative) const {
-    std::string rel = relative;
-    for (char& c : rel)
-        if (c == '/')
-            c = '\\';
-    return drive() + "\\" + rel;
+    return drive() + "\\" + withSeparator(relative, '\\');
 }
 
 fs::path TempFolder::native(const std::string& relative) const {
-    return native_ / fs::path(toNativeRelative(relative));
+    return native_ / fs::path(withSeparator(relative, '/'));
 }
 
 void TempFolder::write(const std::string& relative, const std::string& bytes) const {
     fs::path p = native(relative);
     fs::create_directories(p.parent_path());
     std::ofstream out(p, std::ios::binary | std::ios::trunc);
-    out << bytes;
-    if (!out)
+    if (!(out << bytes))
         throw std::runtime_error("cannot write " + p.string());
 }
 
@@ -76,9 +71,7 @@ std::string TempFolder::read(const std::string& relative) const {
     std::ifstream in(native(relative), std::ios::binary);
     if (!in)
         throw std::runtime_error("cannot read " + native(relative).string());
-    std::ostringstream buffer;
-    buffer << in.rdbuf();
-    return buffer.str();
+    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
 }
 
 bool TempFolder::exists(const std::string& relative) const {

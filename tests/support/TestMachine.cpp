@@ -7,16 +7,19 @@
 #include <fstream>
 #include <iterator>
 
+#ifdef _WIN32
+#include <windows.h>
+#endif
+
 namespace nvtest {
 
 nv::Answer ScriptedBoxes::show(const nv::MessageBoxRequest& request) {
     shown.push_back(request);
-    if (!answers_.empty()) {
-        nv::Answer next = answers_.front();
-        answers_.pop_front();
-        return next;
-    }
-    return nv::defaultAnswer(request.buttons, request.defaultButton);
+    if (answers_.empty())
+        return nv::defaultAnswer(request.buttons, request.defaultButton);
+    nv::Answer next = answers_.front();
+    answers_.pop_front();
+    return next;
 }
 
 void RecordingShell::open(const std::string& path) {
@@ -45,22 +48,10 @@ TestMachine::~TestMachine() {
 
 std::string crlf(const std::string& lines) {
     std::string out;
-    for (char c : lines) {
-        if (c == '\n')
-            out += "\r\n";
-        else
-            out += c;
-    }
+    for (char c : lines)
+        out += c == '\n' ? std::string("\r\n") : std::string(1, c);
     return out;
 }
-
-} // namespace nvtest
-
-#ifdef _WIN32
-#include <windows.h>
-#endif
-
-namespace nvtest {
 
 bool runningUnderWine() {
 #ifdef _WIN32

@@ -95,10 +95,6 @@ private:
 // The file text with CR LF line ends, from lines given with \n.
 std::string crlf(const std::string& lines);
 
-} // namespace nvtest
-
-namespace nvtest {
-
 // Wine's profile services rewrite the whole file on every store: blank lines go, blanks around
 // keys and values go, and a value's leading blanks go. The home platform keeps lines it does
 // not touch as they are, and so does ours; tests that look at such bytes say what each gives.
