@@ -21,26 +21,12 @@
 #include <thread>
 
 using namespace nv;
+namespace fs = std::filesystem;
 
 namespace {
 
-// The clip the program ships, as the script made it.
-const std::filesystem::path kShippedClip =
-    std::filesystem::path(__FILE__).parent_path() / "../../../assets/install/FILECOPY.GIF";
-
-// The program runs from a folder of its own, with the clip beside it.
-class CopyWindowTest : public ::testing::Test {
-protected:
-    void SetUp() override {
-        machine.process.path = machine.temp.drive("Program");
-        std::filesystem::create_directories(machine.temp.native("Program"));
-        std::filesystem::copy_file(kShippedClip, clip());
-    }
-
-    std::filesystem::path clip() const { return machine.temp.native("Program/FILECOPY.GIF"); }
-
-    nvtest::TestMachine machine;
-};
+const fs::path kShippedClip =
+    fs::path(__FILE__).parent_path() / "../../../assets/install/FILECOPY.GIF";
 
 int failureNumber(const std::function<void()>& step) {
     try {
@@ -51,12 +37,25 @@ int failureNumber(const std::function<void()>& step) {
     return 0;
 }
 
-// The clip is found in any letters.
-TEST_F(CopyWindowTest, AtLoadTheWindowShowsItsTextsInItsPlacesAndPlaysTheClipUntilTheRunCloses) {
-    std::filesystem::rename(clip(), machine.temp.native("Program/filecopy.gif"));
+// The program runs from a folder of its own, with the clip beside it.
+class CopyWindowTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        machine.process.path = machine.temp.drive("Program");
+        fs::create_directories(machine.temp.native("Program"));
+        fs::copy_file(kShippedClip, clip());
+    }
+    fs::path clip() const { return machine.temp.native("Program/FILECOPY.GIF"); }
+
+    nvtest::TestMachine machine;
+    FrmMain main;
+    QtBackupWindows windows{main};
+};
+
+TEST_F(CopyWindowTest, AtLoadTheWindowShowsItsTextsAndPlaysTheClipFoundInAnyLetters) {
+    fs::rename(clip(), machine.temp.native("Program/filecopy.gif"));
     FrmCopy window;
     window.Form_Load();
-
     EXPECT_EQ(window.objectName(), "Frm_Copy");
     EXPECT_EQ(window.windowTitle(), "Kopieren");
     EXPECT_EQ(window.Label1->text(), "Bestanden worden gekopieerd. Even geduld a.u.b");
@@ -69,8 +68,7 @@ TEST_F(CopyWindowTest, AtLoadTheWindowShowsItsTextsInItsPlacesAndPlaysTheClipUnt
     EXPECT_FALSE(window.windowFlags() &
                  (Qt::WindowCloseButtonHint | Qt::WindowSystemMenuHint |
                   Qt::WindowMinimizeButtonHint | Qt::WindowMaximizeButtonHint));
-
-    // The clip moves, and at the tests' 96 dots per inch it fills its box without stretching.
+    // At the tests' 96 dots per inch the clip fills its box without stretching.
     ASSERT_NE(window.clip(), nullptr);
     EXPECT_EQ(window.clip()->state(), QMovie::Running);
     EXPECT_GE(window.clip()->frameCount(), 12);
@@ -85,68 +83,26 @@ TEST_F(CopyWindowTest, AtLoadTheWindowShowsItsTextsInItsPlacesAndPlaysTheClipUnt
     EXPECT_EQ(window.clip()->state(), QMovie::NotRunning);
 }
 
-TEST_F(CopyWindowTest, AClipThatIsMissingOrBrokenFailsTheLoadWith76) {
+TEST_F(CopyWindowTest, AClipThatIsMissingOrBrokenFailsTheLoadWith76AndLeavesNoWindow) {
     const std::function<void()> breakings[] = {
-        [&] { std::filesystem::resize_file(clip(), 300); },
+        [&] { fs::resize_file(clip(), 300); },
         [&] { std::ofstream(clip(), std::ios::trunc) << "geen plaatje\r\n"; },
-        [&] { std::filesystem::remove(clip()); }};
+        [&] { fs::remove(clip()); }};
     for (const auto& breakClip : breakings) {
         breakClip();
         EXPECT_EQ(failureNumber([] { FrmCopy().Form_Load(); }), kFailPathNotFound);
     }
-
-    // The run sees the same failure, and no window is left standing.
-    FrmMain main;
-    QtBackupWindows windows(main);
     EXPECT_EQ(failureNumber([&] { windows.subShowCopyWindow(); }), kFailPathNotFound);
     EXPECT_EQ(windows.copyWindow(), nullptr);
 }
 
-class BackupWindowsTest : public CopyWindowTest {
-protected:
-    FrmMain main;
-    QtBackupWindows windows{main};
-};
-
-TEST_F(BackupWindowsTest, TheRunShowsWritesAndClosesTheWindow) {
-    windows.subShowCopyWindow();
-    FrmCopy* window = windows.copyWindow();
-    ASSERT_NE(window, nullptr);
-    EXPECT_TRUE(window->isVisible());
-    EXPECT_EQ(window->Text1->text(), "Even geduld aub");
-    EXPECT_EQ(window->clip()->state(), QMovie::Running);
-
-    windows.setProgressMax(3);
-    windows.setProgressValue(3);
-    EXPECT_EQ(window->Pbr->maximum(), 3);
-    EXPECT_EQ(window->Pbr->value(), 3);
-    windows.setCopyText("Kopi\u00ebren NV_Ledger01.mdb");
-    windows.setStatusText("Kopi\u00ebren NV_Ledger01.mdb");
-    EXPECT_EQ(window->Text1->text(), QString::fromUtf8("Kopi\u00ebren NV_Ledger01.mdb"));
-    EXPECT_EQ(main.panelText(1), QString::fromUtf8("Kopi\u00ebren NV_Ledger01.mdb"));
-
-    windows.closeCopyWindow();
-    EXPECT_EQ(windows.copyWindow(), nullptr);
-    // The failure path may write to the window and close it again after it is closed.
-    windows.setCopyText("x");
-    windows.setProgressValue(1);
-    windows.closeCopyWindow();
-
-    // Each run has a window of its own that starts afresh.
-    windows.subShowCopyWindow();
-    EXPECT_EQ(windows.copyWindow()->Pbr->value(), 0);
-    EXPECT_EQ(windows.copyWindow()->Text1->text(), "Even geduld aub");
-}
-
-TEST_F(BackupWindowsTest, WhileACopyWorksTheClipMovesAndNoInputOrTickIsServed) {
+TEST_F(CopyWindowTest, WhileACopyWorksTheClipMovesAndNoInputOrTickIsServed) {
     main.LstSelectedFiles->addItems({"C:\\a.doc", "C:\\b.doc"});
     main.show();
     windows.subShowCopyWindow();
-    int frames = 0;
+    int frames = 0, clicks = 0, ticks = 0;
     QObject::connect(windows.copyWindow()->clip(), &QMovie::frameChanged, [&] { ++frames; });
-    int clicks = 0;
     QObject::connect(main.Cmd_Backup, &QPushButton::clicked, [&] { ++clicks; });
-    int ticks = 0;
     QObject::connect(main.Timer1, &QTimer::timeout, [&] { ++ticks; });
     main.Timer1->start(50);
 
@@ -163,14 +119,12 @@ TEST_F(BackupWindowsTest, WhileACopyWorksTheClipMovesAndNoInputOrTickIsServed) {
     };
     QTimer::singleShot(150, input);
     windows.runCopy([] { std::this_thread::sleep_for(std::chrono::milliseconds(600)); });
-
     EXPECT_GE(frames, 4);
     EXPECT_EQ(ticks, 0);
     EXPECT_TRUE(main.Timer1->isActive());
     QCoreApplication::processEvents();
     EXPECT_EQ(clicks, 0);
     EXPECT_TRUE(main.LstSelectedFiles->selectedItems().isEmpty());
-
     // The same input outside a copy is served, so the copy was what held it.
     input();
     QCoreApplication::processEvents();
@@ -178,14 +132,20 @@ TEST_F(BackupWindowsTest, WhileACopyWorksTheClipMovesAndNoInputOrTickIsServed) {
     EXPECT_EQ(main.LstSelectedFiles->selectedItems().size(), 2);
 
     // A failure of the copy arrives at the run, and the drive watch goes on.
-    try {
-        windows.runCopy([] { throw fileFailure(kFailTargetFull); });
-        ADD_FAILURE() << "the failure did not arrive";
-    } catch (const FileFailure& failure) {
-        EXPECT_EQ(failure.Number, kFailTargetFull);
-        EXPECT_EQ(failure.Description, failureDescription(kFailTargetFull));
-    }
+    EXPECT_EQ(failureNumber([&] { windows.runCopy([] { throw fileFailure(kFailTargetFull); }); }),
+              kFailTargetFull);
     EXPECT_TRUE(main.Timer1->isActive());
+
+    // The failure path may write to the window after closing it; the next run starts afresh.
+    windows.setProgressValue(3);
+    ASSERT_EQ(windows.copyWindow()->Pbr->value(), 3);
+    windows.closeCopyWindow();
+    windows.setCopyText("x");
+    windows.setProgressValue(1);
+    windows.closeCopyWindow();
+    windows.subShowCopyWindow();
+    EXPECT_EQ(windows.copyWindow()->Pbr->value(), 0);
+    EXPECT_EQ(windows.copyWindow()->Text1->text(), "Even geduld aub");
 }
 
 } // namespace

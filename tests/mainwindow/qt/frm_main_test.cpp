@@ -9,14 +9,15 @@
 #include <QAction>
 #include <QApplication>
 #include <QLabel>
-#include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
 #include <QTest>
 #include <QTimer>
+#include <filesystem>
 #include <gtest/gtest.h>
 
 using namespace nv;
+namespace fs = std::filesystem;
 
 namespace {
 
@@ -37,6 +38,13 @@ protected:
               w.moRestore->isEnabled(), !w.CmdRestore->isHidden()})
             state += on ? '1' : '0';
         return state;
+    }
+    // Each tick with the drive away steps the dots on the label's text.
+    void tickDots(FrmMain& window, const QString& text, std::initializer_list<const char*> tails) {
+        for (const char* tail : tails) {
+            EXPECT_EQ(window.LblStation->text(), text + tail);
+            window.Timer1_Timer();
+        }
     }
 
     nvtest::TestMachine machine;
@@ -59,13 +67,6 @@ TEST_F(FrmMainTest, FormLoadFillsTheWindowAndOpensTheTargetDrive) {
     EXPECT_TRUE(window.CmdDeleteDir->isHidden());
     EXPECT_EQ(fReadIni(AppSettings.strIniFile, kSectionBasic, "DriveTarget", "?"), "E:");
 
-    // subButtons switches its eight controls; the menu's other entries stay.
-    window.subButtons(false);
-    EXPECT_EQ(buttonState(window), "00001000");
-    EXPECT_TRUE(window.MoVoegToe->isEnabled() && window.MoAfsluiten->isEnabled());
-    window.subButtons(true);
-    EXPECT_EQ(buttonState(window), "11110111");
-
     // The window snaps back to its minimum height, and grows freely.
     window.show();
     EXPECT_NEAR(window.heightTwips(), 9000, 15);
@@ -75,20 +76,18 @@ TEST_F(FrmMainTest, FormLoadFillsTheWindowAndOpensTheTargetDrive) {
     EXPECT_GT(window.heightTwips(), 9000);
 }
 
-TEST_F(FrmMainTest, ATargetDriveAbsentAtStartDisablesBackupAndRecoversWhenItComes) {
+TEST_F(FrmMainTest, ATargetDriveAbsentAtStartOrPulledLaterIsWatchedUntilItComesBack) {
     AppSettings.DriveTarget = "Q:";
     FrmMain window;
     window.Form_Load();
-
-    const QString absent = "Het doelstation Q: is niet aangesloten. Sluit deze aan of selecteer "
-                           "een ander station hierboven\r\n";
     EXPECT_TRUE(window.blnDriveLost);
+    // The backup controls go off; the menu's other entries stay.
     EXPECT_EQ(buttonState(window), "00001000");
-    // Each tick with the drive still away steps the dots on the text of the start.
-    for (const char* tail : {"", " .", " . .", " . . .", ""}) {
-        EXPECT_EQ(window.LblStation->text(), absent + tail);
-        window.Timer1_Timer();
-    }
+    EXPECT_TRUE(window.MoVoegToe->isEnabled() && window.MoAfsluiten->isEnabled());
+    tickDots(window,
+             "Het doelstation Q: is niet aangesloten. Sluit deze aan of selecteer een ander "
+             "station hierboven\r\n",
+             {"", " .", " . .", " . . .", ""});
 
     nvtest::FolderDrive q('Q', machine.temp.native("Stick"));
     window.Timer1_Timer();
@@ -96,32 +95,21 @@ TEST_F(FrmMainTest, ATargetDriveAbsentAtStartDisablesBackupAndRecoversWhenItCome
     EXPECT_EQ(window.LblStation->text(), "");
     EXPECT_EQ(buttonState(window), "11110111");
     EXPECT_EQ(window.TargetDirectories->path(), "Q:\\");
-}
 
-TEST_F(FrmMainTest, RestoreOnlyHidesTheThreeBackupButtonsForGood) {
-    AppSettings.blnRestoreOnly = true;
-    FrmMain window;
-    window.Form_Load();
-    window.subButtons(true);
-    window.CmdRestore_Click();
-    window.CmdWizRestore_Click(2);
-    for (QPushButton* hidden : {window.Cmd_Backup, window.CmdSelectFiles, window.CmdVerwijder})
-        EXPECT_TRUE(hidden->isHidden()) << hidden->objectName().toStdString();
-    EXPECT_TRUE(window.Cmd_Backup->isEnabled());
-    EXPECT_FALSE(window.CmdRestore->isHidden());
-}
-
-TEST_F(FrmMainTest, RefreshStatusReplacesPassingTextsAndCountsTheList) {
-    AppSettings.LastBackup = machine.clock.date - 1;
-    FrmMain window;
-    window.Form_Load();
-    EXPECT_EQ(window.TxtLastBackup->text(),
-              "Laatste backup gemaakt op: 16-nov-2026 (1 dagen geleden)");
-    window.setPanelText(1, "Files verwijderd");
-    window.LstSelectedFiles->addItem("C:\\Docs\\b.doc");
-    window.RefreshStatus();
-    EXPECT_EQ(window.panelText(1), "Aantal files: 4");
-    EXPECT_EQ(AppSettings.AantalFiles, 4);
+    // Pulled while watched: the buttons stay usable, and the first tick with the stick back
+    // shows it as it is now, without a click.
+    fs::rename(machine.temp.native("Stick"), machine.temp.native("Away"));
+    window.Timer1_Timer();
+    tickDots(window, "U heeft het station Q: ontkoppeld, sluit deze weer aan\r\n",
+             {" .", " . .", " . . .", ""});
+    EXPECT_TRUE(window.blnDriveLost);
+    EXPECT_EQ(buttonState(window), "11110111");
+    fs::create_directories(machine.temp.native("Away/Backup2026-11-17"));
+    fs::rename(machine.temp.native("Away"), machine.temp.native("Stick"));
+    window.Timer1_Timer();
+    EXPECT_FALSE(window.blnDriveLost);
+    EXPECT_EQ(window.LblStation->text(), "");
+    EXPECT_EQ(window.TargetDirectories->count(), 2);
 }
 
 TEST_F(FrmMainTest, TheHelpMenuAndF1BothOpenTheHelpFile) {
