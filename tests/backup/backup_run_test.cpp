@@ -5,10 +5,6 @@
 #include <fstream>
 #include <set>
 
-#ifdef _WIN32
-#include <windows.h>
-#endif
-
 using namespace nv;
 using namespace nvtest;
 namespace fs = std::filesystem;
@@ -18,17 +14,6 @@ namespace {
 std::string bytesOf(const fs::path& path) {
     std::ifstream in(path, std::ios::binary);
     return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-}
-
-// A dot name is hidden on Linux; Windows wants the attribute as well.
-void hide(const fs::path& path) {
-#ifdef _WIN32
-    std::wstring wide = path.wstring();
-    ASSERT_TRUE(
-        SetFileAttributesW(wide.c_str(), GetFileAttributesW(wide.c_str()) | FILE_ATTRIBUTE_HIDDEN));
-#else
-    (void)path;
-#endif
 }
 
 void expectBox(const MessageBoxRequest& box, const std::string& title, const std::string& text,
@@ -53,7 +38,7 @@ protected:
     // What an interrupted copy left in a folder on the stick.
     void leftover(const std::string& folder) {
         machine.temp.write("stick/" + folder + "/.NV.ini.nvtmp-4242-0", "half");
-        hide(onStick(folder + "/.NV.ini.nvtmp-4242-0"));
+        machine.temp.hide("stick/" + folder + "/.NV.ini.nvtmp-4242-0");
     }
     const std::string kSettingsAfter = crlf("[Basic settings]\nLastBackup=17-11-2026\n");
 };
@@ -155,7 +140,7 @@ TEST_F(BackupRun, ATakenFolderOfTodayIsAskedAboutAndTheRunTakesTheFirstFreeNumbe
 
 TEST_F(BackupRun, RowsThatCannotBeFoundAreToldOneByOneAndTheRunCountsAsMade) {
     const std::string hidden = source(".verborgen.mdb", "x");
-    hide(machine.temp.native("bron/.verborgen.mdb"));
+    machine.temp.hide("bron/.verborgen.mdb");
     const Log rows{machine.temp.drive("bron\\Weg\\NV_Ledger01.mdb"), "", " ", hidden};
     list(rows);
     run();

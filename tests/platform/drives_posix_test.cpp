@@ -2,16 +2,17 @@
 #include "platform/posix/DriveTable.h"
 #include "platform/posix/NativePath.h"
 #include "platform/posix/PosixFileSystem.h"
+#include "support/FailureOf.h"
 #include "support/TempFolder.h"
 
 #include <filesystem>
 #include <fstream>
-#include <functional>
 #include <gtest/gtest.h>
 #include <sys/mount.h>
 #include <unistd.h>
 
 using namespace nv;
+using nvtest::failureOf;
 namespace fs = std::filesystem;
 
 namespace {
@@ -19,15 +20,6 @@ namespace {
 std::string mountLine(int id, const std::string& point, const std::string& source) {
     return std::to_string(id) + " 1 8:1 / " + point + " rw,relatime shared:1 - ext4 " + source +
            " rw\n";
-}
-
-int32_t failureOf(const std::function<void()>& operation) {
-    try {
-        operation();
-    } catch (const FileFailure& failure) {
-        return failure.Number;
-    }
-    return 0;
 }
 
 TEST(DriveTable, LettersFollowTheMountsAndKeepTheirPlace) {

@@ -3,6 +3,7 @@
 #include "platform/FileFailure.h"
 #include "platform/Wildcard.h"
 #include "startup/FileOps.h"
+#include "support/FailureOf.h"
 #include "support/TestMachine.h"
 
 #include <algorithm>
@@ -10,40 +11,17 @@
 #include <functional>
 #include <gtest/gtest.h>
 
-#ifdef _WIN32
-#include <windows.h>
-#else
+#ifndef _WIN32
 #include <unistd.h>
 #endif
 
 using namespace nv;
+using nvtest::failureOf;
 namespace fs = std::filesystem;
 
 namespace {
 
 using Names = std::vector<std::string>;
-
-// A dot name is hidden on Linux; Windows wants the attribute as well.
-void hide(const nvtest::TempFolder& t, const std::string& relative) {
-#ifdef _WIN32
-    std::wstring path = t.native(relative).wstring();
-    ASSERT_TRUE(
-        SetFileAttributesW(path.c_str(), GetFileAttributesW(path.c_str()) | FILE_ATTRIBUTE_HIDDEN));
-#else
-    (void)t;
-    (void)relative;
-#endif
-}
-
-int32_t failureOf(const std::function<void()>& operation) {
-    try {
-        operation();
-    } catch (const FileFailure& failure) {
-        EXPECT_FALSE(failure.Description.empty());
-        return failure.Number;
-    }
-    return 0;
-}
 
 TEST(Files, FirstMatchSeesPlainFilesOnlyInTheLettersOnDisk) {
     nvtest::TestMachine machine;
@@ -136,8 +114,8 @@ TEST(Files, ListingsAreSortedWithoutCaseAndLeaveOutHiddenEntries) {
         t.write(std::string("Doel/") + name, "x");
     for (const char* name : {"archief", "zeta", ".oud"})
         fs::create_directories(t.native(std::string("Doel/") + name));
-    hide(t, "Doel/.verborgen.nvd");
-    hide(t, "Doel/.oud");
+    t.hide("Doel/.verborgen.nvd");
+    t.hide("Doel/.oud");
     // .Alfa.nvd.nvtmp-4242-0 was left by a copy that never got as far as hiding it.
 
     Names folders{"archief", "Backup", "zeta"};

@@ -8,6 +8,10 @@
 #include <iterator>
 #include <stdexcept>
 
+#ifdef _WIN32
+#include <windows.h>
+#endif
+
 namespace fs = std::filesystem;
 
 namespace nvtest {
@@ -76,6 +80,18 @@ std::string TempFolder::read(const std::string& relative) const {
 
 bool TempFolder::exists(const std::string& relative) const {
     return fs::exists(native(relative));
+}
+
+void TempFolder::hide(const std::string& relative) const {
+#ifdef _WIN32
+    std::wstring path = native(relative).wstring();
+    DWORD attributes = GetFileAttributesW(path.c_str());
+    if (attributes == INVALID_FILE_ATTRIBUTES ||
+        !SetFileAttributesW(path.c_str(), attributes | FILE_ATTRIBUTE_HIDDEN))
+        throw std::runtime_error("cannot hide " + native(relative).string());
+#else
+    (void)relative;
+#endif
 }
 
 } // namespace nvtest

@@ -24,6 +24,9 @@ public:
     void write(const std::string& relative, const std::string& bytes) const;
     std::string read(const std::string& relative) const;
     bool exists(const std::string& relative) const;
+    // Hides an entry below the folder: a dot name is hidden on Linux, Windows wants the
+    // attribute as well.
+    void hide(const std::string& relative) const;
 
 private:
     std::filesystem::path native_;

@@ -3,6 +3,7 @@
 #include "mainwindow/qt/FrmMain.h"
 #include "platform/FailureText.h"
 #include "platform/qt/Twips.h"
+#include "support/FailureOf.h"
 #include "support/TestMachine.h"
 
 #include <QLabel>
@@ -21,21 +22,13 @@
 #include <thread>
 
 using namespace nv;
+using nvtest::failureOf;
 namespace fs = std::filesystem;
 
 namespace {
 
 const fs::path kShippedClip =
     fs::path(__FILE__).parent_path() / "../../../assets/install/FILECOPY.GIF";
-
-int failureNumber(const std::function<void()>& step) {
-    try {
-        step();
-    } catch (const FileFailure& failure) {
-        return failure.Number;
-    }
-    return 0;
-}
 
 // The program runs from a folder of its own, with the clip beside it.
 class CopyWindowTest : public ::testing::Test {
@@ -90,9 +83,9 @@ TEST_F(CopyWindowTest, AClipThatIsMissingOrBrokenFailsTheLoadWith76AndLeavesNoWi
         [&] { fs::remove(clip()); }};
     for (const auto& breakClip : breakings) {
         breakClip();
-        EXPECT_EQ(failureNumber([] { FrmCopy().Form_Load(); }), kFailPathNotFound);
+        EXPECT_EQ(failureOf([] { FrmCopy().Form_Load(); }), kFailPathNotFound);
     }
-    EXPECT_EQ(failureNumber([&] { windows.subShowCopyWindow(); }), kFailPathNotFound);
+    EXPECT_EQ(failureOf([&] { windows.subShowCopyWindow(); }), kFailPathNotFound);
     EXPECT_EQ(windows.copyWindow(), nullptr);
 }
 
@@ -132,7 +125,7 @@ TEST_F(CopyWindowTest, WhileACopyWorksTheClipMovesAndNoInputOrTickIsServed) {
     EXPECT_EQ(main.LstSelectedFiles->selectedItems().size(), 2);
 
     // A failure of the copy arrives at the run, and the drive watch goes on.
-    EXPECT_EQ(failureNumber([&] { windows.runCopy([] { throw fileFailure(kFailTargetFull); }); }),
+    EXPECT_EQ(failureOf([&] { windows.runCopy([] { throw fileFailure(kFailTargetFull); }); }),
               kFailTargetFull);
     EXPECT_TRUE(main.Timer1->isActive());
 
