@@ -92,8 +92,6 @@ void showDuplicate(const std::string& name) {
 void backUp(BackupWindows& windows, CopyBatch& copies, int16_t& intLoop,
             std::string& strBackupFolder, bool& blnFlawed) {
     AppSettingsRecord& s = AppSettings;
-    FileSystem& files = *platform().files;
-
     // One date for every candidate name, so that an answer given after midnight does not
     // mix two days.
     const std::string plainName =
@@ -122,7 +120,7 @@ void backUp(BackupWindows& windows, CopyBatch& copies, int16_t& intLoop,
     goOnBehind([&] { windows.subShowCopyWindow(); });
     windows.setProgressMax(s.AantalFiles);
     goOnBehind([&] { subMakeFolder(strBackupFolder); });
-    files.removeCopyLeftovers(strBackupFolder);
+    subRemoveCopyLeftovers(strBackupFolder);
 
     const bool mirrored = s.Directory == 1;
     // The subfolders the mirrored layout used, in upper case; each is cleared of leftovers once.
@@ -165,7 +163,7 @@ void backUp(BackupWindows& windows, CopyBatch& copies, int16_t& intLoop,
             if (!destination.empty()) {
                 std::string folder = destination.substr(0, destination.find_last_of('\\'));
                 if (subfolders.insert(upperCase(folder)).second)
-                    files.removeCopyLeftovers(folder);
+                    subRemoveCopyLeftovers(folder);
             }
         } else {
             destination = strBackupFolder + "\\" + name;
@@ -206,7 +204,7 @@ void backUp(BackupWindows& windows, CopyBatch& copies, int16_t& intLoop,
 void Cmd_Backup_Click(BackupWindows& windows, int16_t& intLoop, std::string& strBackupFolder) {
     bool blnFlawed = false;
     {
-        CopyBatch copies(*platform().files);
+        CopyBatch copies(fileSystem());
         CommitBeforeBoxes commitFirst(copies, windows);
         try {
             backUp(windows, copies, intLoop, strBackupFolder, blnFlawed);

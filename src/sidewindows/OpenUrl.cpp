@@ -3,6 +3,7 @@
 #include "platform/FileFailure.h"
 #include "platform/Platform.h"
 #include "startup/AppSettings.h"
+#include "startup/FileOps.h"
 
 namespace nv {
 
@@ -18,14 +19,14 @@ bool openThrough(const std::string& folder, const std::string& target) {
         return false;
     std::string path = withBackslash(folder) + "temp.url";
     try {
-        platform().files->writeFile(path, fInternetShortcut(target));
+        subWriteFile(path, fInternetShortcut(target));
     } catch (const FileFailure&) {
         return false;
     }
     if (platform().shell)
         platform().shell->open(path);
     try {
-        platform().files->deleteFile(path);
+        subDeleteFile(path);
     } catch (const FileFailure&) {
     }
     return true;

@@ -28,5 +28,14 @@ void subDeleteByPattern(const std::string& spec) {
 void subRemoveFolder(const std::string& path) {
     platform().files->removeFolder(path);
 }
+void subWriteFile(const std::string& path, const std::string& bytes) {
+    platform().files->writeFile(path, bytes);
+}
+void subRemoveCopyLeftovers(const std::string& folder) {
+    platform().files->removeCopyLeftovers(folder);
+}
+FileSystem& fileSystem() {
+    return *platform().files;
+}
 
 } // namespace nv

@@ -4,6 +4,8 @@
 
 namespace nv {
 
+class FileSystem;
+
 // The file operations of the logic, on drive-form paths, through the platform; each failure
 // throws FileFailure.
 std::string fFirstMatch(const std::string& spec);
@@ -14,5 +16,10 @@ void subDeleteFile(const std::string& path);
 void subMakeFolder(const std::string& path);
 void subDeleteByPattern(const std::string& spec);
 void subRemoveFolder(const std::string& path);
+void subWriteFile(const std::string& path, const std::string& bytes);
+// Never fails.
+void subRemoveCopyLeftovers(const std::string& folder);
+// The file system these operations go to, for what works on it as a whole (a CopyBatch).
+FileSystem& fileSystem();
 
 } // namespace nv
