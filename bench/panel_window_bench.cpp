@@ -56,7 +56,7 @@ int main(int argc, char** argv) {
     fs::create_directories(root / "Norvale");
     for (int i = 0; i < 10000; ++i)
         std::ofstream(root / "stick" / ("file" + std::to_string(i) + ".dat")) << "x";
-    nv::DriveTable::machine().setFolder('E', (root / "stick").string());
+    nv::driveTableOf(nv::nativePlatform()).setFolder('E', (root / "stick").string());
 
     const int rows = 32767;
     {

@@ -1,16 +1,17 @@
 // Fuzzes the settings file: the input is the file as found on disk. Its own sections, keys and
 // values are read, written back in other combinations, once key by key and once in a batch,
-// and read again, by a store that keeps its cache across inputs and by a fresh one.
+// and read again, by a store that keeps its cache across inputs and by a fresh one; the text
+// model meets the same writes in memory.
 
 #include "FuzzFolder.h"
 
 #include "platform/Cp1252.h"
 #include "platform/ProfileStore.h"
+#include "platform/ProfileText.h"
 #include "platform/posix/DriveTable.h"
 #include "platform/posix/PosixProfileStore.h"
 
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -112,9 +113,20 @@ std::string read(nv::ProfileStore& store, const Pair& p, const std::string& file
     return store.getString(p.section, p.key, kMissing, size, file);
 }
 
+// The stores find files through this table; S: is the only way in.
+nv::DriveTable& drives() {
+    static nv::DriveTable table([] {
+        nv::DriveTable::Options o;
+        o.drivesVariable = "S=" + nvfuzz::fuzzRoot();
+        o.scanMounts = false;
+        return o;
+    }());
+    return table;
+}
+
 nv::PosixProfileStore& cachedStore() {
     // Lives across inputs, so its cache meets files changed behind its back.
-    static nv::PosixProfileStore store;
+    static nv::PosixProfileStore store(drives());
     return store;
 }
 
@@ -122,9 +134,7 @@ nv::PosixProfileStore& cachedStore() {
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
     const std::string& root = nvfuzz::fuzzRoot();
-    // The store finds files through the drive table of the process; S: is the only way in.
-    ::setenv("NVBACKUP_DRIVES", ("S=" + root).c_str(), 1);
-    auto drive = nv::DriveTable::machine().find('S');
+    auto drive = drives().find('S');
     if (!drive || drive->root != root)
         nvfuzz::fail("drive S: is not the fuzzing folder", root);
     gSingle = "S:\\single.ini";
@@ -146,7 +156,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
     scan(text, pairs, values, sections);
 
     nv::PosixProfileStore& cached = cachedStore();
-    nv::PosixProfileStore fresh;
+    nv::PosixProfileStore fresh(drives());
     std::vector<std::string> before;
     for (const Pair& p : pairs) {
         before.push_back(read(cached, p, gSingle));
@@ -187,9 +197,20 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
     if (!pairs.empty())
         writes.push_back({pairs.front(), edge});
 
+    // The text model alone, in memory, meets the same writes: it renders what it read byte for
+    // byte, tells whether a store changed the text, and answers as the text it renders reads.
+    nv::ProfileText model(text);
+    NVFUZZ_CHECK(model.render() == text, text);
     std::vector<std::string> backs;
     bool allReadBack = true;
     for (const Write& w : writes) {
+        const std::string section = nv::cp1252FromUtf8(w.at.section);
+        const std::string key = nv::cp1252FromUtf8(w.at.key);
+        const std::string was = model.render();
+        const bool changed = model.set(section, key, nv::cp1252FromUtf8(w.value));
+        const std::string now = model.render();
+        NVFUZZ_CHECK(changed == (now != was), w.value);
+        NVFUZZ_CHECK(model.find(section, key) == nv::ProfileText(now).find(section, key), key);
         NVFUZZ_CHECK(cached.writeString(w.at.section, w.at.key, w.value, gSingle), w.value);
         std::string back = read(cached, w.at, gSingle);
         NVFUZZ_CHECK(back == read(fresh, w.at, gSingle), w.at.section + "/" + w.at.key);
@@ -229,12 +250,13 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
             NVFUZZ_CHECK(read(cached, w.at, gBatched) == backs[i], w.value);
         }
     }
-    // A batch leaves exactly the bytes of the single writes.
+    // A batch leaves exactly the bytes of the single writes, and so does the model.
     std::string single = nvfuzz::readBytes(gSingleNative);
+    NVFUZZ_CHECK(model.render() == single, single);
     NVFUZZ_CHECK(nvfuzz::readBytes(gBatchedNative) == single, single);
 
     // What the cache answers is what the file on disk says.
-    nv::PosixProfileStore after;
+    nv::PosixProfileStore after(drives());
     for (const Pair& p : pairs)
         NVFUZZ_CHECK(read(cached, p, gBatched) == read(after, p, gSingle), p.key);
     for (const Write& w : writes)

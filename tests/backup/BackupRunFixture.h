@@ -96,7 +96,7 @@ private:
 using NativeFiles = nv::Win32FileSystem;
 #else
 struct NativeFiles : nv::PosixFileSystem {
-    NativeFiles() : PosixFileSystem(nv::DriveTable::machine()) {}
+    NativeFiles() : PosixFileSystem(nv::driveTableOf(nv::nativePlatform())) {}
 };
 #endif
 
@@ -127,8 +127,8 @@ protected:
 #ifdef _WIN32
         target = machine.temp.drive("stick");
 #else
-        savedE_ = nv::DriveTable::machine().find('E');
-        nv::DriveTable::machine().setFolder('E', machine.temp.native("stick").string());
+        savedE_ = nv::driveTableOf(machine.platform).find('E');
+        nv::driveTableOf(machine.platform).setFolder('E', machine.temp.native("stick").string());
 #endif
         machine.platform.boxes = &boxes;
         machine.platform.files = &files;
@@ -141,9 +141,9 @@ protected:
     }
     ~BackupRunFixture() override {
 #ifndef _WIN32
-        nv::DriveTable::machine().remove('E');
+        nv::driveTableOf(machine.platform).remove('E');
         if (savedE_ && !savedE_->mounted)
-            nv::DriveTable::machine().setFolder('E', savedE_->root);
+            nv::driveTableOf(machine.platform).setFolder('E', savedE_->root);
 #endif
     }
 

@@ -195,9 +195,15 @@ TEST(ProfilePosix, KilledWriterLeavesTheOldOrTheNewFile) {
             std::this_thread::sleep_for(std::chrono::microseconds(random() % 40000));
         } else {
             // Catch the child inside a replace: its temporary file is there.
-            fs::path temp = dir.native(".NVbackuptool.ini.tmp-" + std::to_string(child));
+            const std::string temp = ".NVbackuptool.ini.nvtmp-" + std::to_string(child) + "-";
+            auto writing = [&] {
+                for (const std::string& name : othersIn(dir.native(), "NVbackuptool.ini"))
+                    if (name.rfind(temp, 0) == 0)
+                        return true;
+                return false;
+            };
             auto until = std::chrono::steady_clock::now() + std::chrono::seconds(5);
-            while (!fs::exists(temp) && std::chrono::steady_clock::now() < until) {
+            while (!writing() && std::chrono::steady_clock::now() < until) {
             }
             std::this_thread::sleep_for(std::chrono::microseconds(random() % 200));
         }

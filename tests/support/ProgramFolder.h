@@ -32,9 +32,9 @@ inline void useProgramFolder(TestMachine& machine, const std::string& drive,
 class FolderDrive {
 public:
     FolderDrive(char letter, const std::filesystem::path& root) : letter_(letter) {
-        nv::DriveTable::machine().setFolder(letter, root.string());
+        nv::driveTableOf(nv::nativePlatform()).setFolder(letter, root.string());
     }
-    ~FolderDrive() { nv::DriveTable::machine().remove(letter_); }
+    ~FolderDrive() { nv::driveTableOf(nv::nativePlatform()).remove(letter_); }
     FolderDrive(const FolderDrive&) = delete;
     FolderDrive& operator=(const FolderDrive&) = delete;
 

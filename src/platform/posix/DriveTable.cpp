@@ -1,5 +1,7 @@
 #include "platform/posix/DriveTable.h"
 
+#include "platform/Platform.h"
+
 #include <algorithm>
 #include <cctype>
 #include <climits>
@@ -145,16 +147,17 @@ DriveTable::DriveTable(Options options) : options_(std::move(options)) {
     refreshMounts();
 }
 
-DriveTable& DriveTable::machine() {
-    static DriveTable table([] {
-        Options o;
-        if (const char* home = std::getenv("HOME"))
-            o.home = home;
-        if (const char* drives = std::getenv("NVBACKUP_DRIVES"))
-            o.drivesVariable = drives;
-        return o;
-    }());
-    return table;
+DriveTable::Options DriveTable::fromEnvironment() {
+    Options o;
+    if (const char* home = std::getenv("HOME"))
+        o.home = home;
+    if (const char* drives = std::getenv("NVBACKUP_DRIVES"))
+        o.drivesVariable = drives;
+    return o;
+}
+
+DriveTable& driveTableOf(const Platform& platform) {
+    return dynamic_cast<DriveTable&>(*platform.drives);
 }
 
 void DriveTable::refreshMounts() {

@@ -9,6 +9,8 @@
 
 namespace nv {
 
+struct Platform;
+
 // Gives drive letters a meaning on Linux: C: is /, H: the home folder, file systems mounted
 // under /media, /run/media and /mnt take the next free letter from D: on, and
 // NVBACKUP_DRIVES ("E=/srv/stick;F=/tmp/other") adds or replaces letters.
@@ -25,8 +27,8 @@ public:
     ~DriveTable() override;
     DriveTable(const DriveTable&) = delete;
     DriveTable& operator=(const DriveTable&) = delete;
-    // The table of this process: $HOME, $NVBACKUP_DRIVES and the mounts of the machine.
-    static DriveTable& machine();
+    // What this process is given: $HOME and $NVBACKUP_DRIVES, with the mounts of the machine.
+    static Options fromEnvironment();
 
     std::vector<DriveInfo> list() override;
     bool ready(char letter) override;
@@ -55,6 +57,9 @@ private:
     bool mountFdTried_ = false;
     bool haveReadMounts_ = false;
 };
+
+// The drive table of a platform; on Linux the drives of every platform are one.
+DriveTable& driveTableOf(const Platform& platform);
 
 // Parses NVBACKUP_DRIVES: letter, '=', folder; ';' between entries. Bad entries are skipped.
 std::vector<std::pair<char, std::string>> parseDrivesVariable(const std::string& text);

@@ -1,16 +1,17 @@
 #include "platform/NativeForm.h"
 
+#include "platform/Platform.h"
 #include "platform/posix/DriveTable.h"
 #include "platform/posix/NativePath.h"
 
 namespace nv {
 
 std::string driveFormOf(const std::string& nativePath) {
-    return DriveTable::machine().toDriveForm(nativePath);
+    return driveTableOf(nativePlatform()).toDriveForm(nativePath);
 }
 
 std::string nativeFormOf(const std::string& drivePath) {
-    return nativePath(DriveTable::machine(), drivePath);
+    return nativePath(driveTableOf(nativePlatform()), drivePath);
 }
 
 } // namespace nv

@@ -8,9 +8,10 @@
 namespace nv {
 
 Platform nativePlatform() {
-    DriveTable& drives = DriveTable::machine();
+    // One table for every piece, so a letter means the same folder to all of them.
+    static DriveTable drives(DriveTable::fromEnvironment());
     static PosixFileSystem files(drives);
-    static PosixProfileStore profiles;
+    static PosixProfileStore profiles(drives);
     static PosixSpecialFolders folders(drives);
     static PosixClock clock;
     static PosixProcess process(drives);

@@ -2,9 +2,9 @@
 
 #include "platform/FailureText.h"
 #include "platform/Wildcard.h"
+#include "platform/posix/PosixIo.h"
 
 #include <algorithm>
-#include <atomic>
 #include <cerrno>
 #include <cstdio>
 #include <dirent.h>
@@ -43,31 +43,6 @@ EntryKind kindOf(const std::string& folder, const dirent* entry) {
     return S_ISREG(st.st_mode)   ? EntryKind::File
            : S_ISDIR(st.st_mode) ? EntryKind::Folder
                                  : EntryKind::Other;
-}
-
-struct Fd {
-    int fd = -1;
-    ~Fd() {
-        if (fd >= 0)
-            ::close(fd);
-    }
-};
-
-std::string parentOf(const std::string& native) {
-    std::size_t cut = native.find_last_of('/');
-    return cut == 0 ? "/" : native.substr(0, cut);
-}
-
-std::string baseOf(const std::string& native) {
-    return native.substr(native.find_last_of('/') + 1);
-}
-
-void syncFolder(const std::string& folder) {
-    int fd = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (fd >= 0) {
-        ::fsync(fd);
-        ::close(fd);
-    }
 }
 
 // Hands take every entry of folder that is not hidden. A folder that is not there has no
@@ -129,9 +104,7 @@ std::string writeTemporary(const Fd& in, const std::string& destination,
     if (bytes)
         *bytes = static_cast<std::uintmax_t>(st.st_size);
 
-    static std::atomic<unsigned> counter{0};
-    std::string temp = parentOf(destination) + "/." + baseOf(destination) + kCopyTemporaryMark +
-                       std::to_string(::getpid()) + "-" + std::to_string(counter++);
+    std::string temp = temporaryBeside(destination);
     Fd out;
     out.fd = ::open(temp.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
     if (out.fd < 0)
@@ -147,9 +120,8 @@ std::string writeTemporary(const Fd& in, const std::string& destination,
         err = errno;
     // Closed on failure too: an open descriptor would keep the removed temporary's space
     // taken on the stick until the program ends.
-    if (::close(out.fd) != 0 && err == 0)
-        err = errno;
-    out.fd = -1;
+    if (int closed = out.close(); closed != 0 && err == 0)
+        err = closed;
     if (err != 0) {
         ::unlink(temp.c_str());
         throwErrno(err, drivePath);
@@ -219,15 +191,8 @@ int copyBytes(int from, int to) {
         }
         if (n == 0)
             return 0;
-        for (ssize_t done = 0; done < n;) {
-            ssize_t w = ::write(to, buffer.get() + done, static_cast<std::size_t>(n - done));
-            if (w < 0) {
-                if (errno == EINTR)
-                    continue;
-                return errno;
-            }
-            done += w;
-        }
+        if (int err = writeAll(to, buffer.get(), static_cast<std::size_t>(n)))
+            return err;
     }
 }
 
@@ -386,19 +351,10 @@ void PosixFileSystem::writeFile(const std::string& path, const std::string& byte
     out.fd = ::open(nativeOf(path).c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
     if (out.fd < 0)
         throwErrno(errno, path);
-    std::size_t done = 0;
-    while (done < bytes.size()) {
-        ssize_t n = ::write(out.fd, bytes.data() + done, bytes.size() - done);
-        if (n < 0 && errno == EINTR)
-            continue;
-        if (n < 0)
-            throwErrno(errno, path);
-        done += static_cast<std::size_t>(n);
-    }
-    int fd = out.fd;
-    out.fd = -1;
-    if (::close(fd) != 0)
-        throwErrno(errno, path);
+    if (int err = writeAll(out.fd, bytes.data(), bytes.size()))
+        throwErrno(err, path);
+    if (int err = out.close())
+        throwErrno(err, path);
 }
 
 void PosixFileSystem::makeFolder(const std::string& path) {
@@ -417,12 +373,7 @@ void PosixFileSystem::deleteByPattern(const std::string& spec) {
         if (::unlink((folder + "/" + name).c_str()) != 0)
             throwErrno(errno, spec);
     // Leftovers of an interrupted copy would keep the folder from going.
-    if (DIR* dir = ::opendir(folder.c_str())) {
-        while (dirent* entry = ::readdir(dir))
-            if (isCopyTemporary(entry->d_name))
-                ::unlink((folder + "/" + entry->d_name).c_str());
-        ::closedir(dir);
-    }
+    removeTemporaries(folder);
 }
 
 void PosixFileSystem::removeFolder(const std::string& path) {
@@ -466,12 +417,7 @@ void PosixFileSystem::removeCopyLeftovers(const std::string& folder) {
     } catch (const FileFailure&) {
         return;
     }
-    std::unique_ptr<DIR, int (*)(DIR*)> dir(::opendir(native.c_str()), ::closedir);
-    if (!dir)
-        return;
-    while (dirent* entry = ::readdir(dir.get()))
-        if (isCopyTemporary(entry->d_name) && kindOf(native, entry) == EntryKind::File)
-            ::unlink((native + "/" + entry->d_name).c_str());
+    removeTemporaries(native);
 }
 
 } // namespace nv

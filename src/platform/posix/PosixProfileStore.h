@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/ProfileStore.h"
+#include "platform/posix/DriveTable.h"
 
 #include <memory>
 #include <mutex>
@@ -14,7 +15,7 @@ namespace nv {
 // atomically through a hidden temporary file in the same folder.
 class PosixProfileStore : public ProfileStore {
 public:
-    PosixProfileStore();
+    explicit PosixProfileStore(DriveTable& drives);
     ~PosixProfileStore() override;
 
     std::string getString(const std::string& section, const std::string& key,
@@ -40,6 +41,7 @@ private:
         std::string root;
     };
 
+    DriveTable& drives_;
     std::mutex mutex_;
     int batchDepth_ = 0;
     std::unordered_map<std::string, std::unique_ptr<Image>> images_;

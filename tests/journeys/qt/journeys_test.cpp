@@ -50,11 +50,11 @@ protected:
         fs::copy_file(kClip, production("FILECOPY.GIF"));
         machine.process.path = machine.temp.drive("Norvale");
         fs::create_directories(stick());
-        DriveTable::machine().setFolder('E', stick().string());
+        driveTableOf(machine.platform).setFolder('E', stick().string());
     }
     void TearDown() override {
         quit();
-        DriveTable::machine().remove('E');
+        driveTableOf(machine.platform).remove('E');
     }
 
     fs::path stick() { return machine.temp.native("stick"); }

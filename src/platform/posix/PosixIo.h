@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <unistd.h>
+
+namespace nv {
+
+// An open file descriptor, closed when it goes; -1 holds none.
+struct Fd {
+    int fd = -1;
+    Fd() = default;
+    explicit Fd(int open) : fd(open) {}
+    ~Fd() {
+        if (fd >= 0)
+            ::close(fd);
+    }
+    Fd(const Fd&) = delete;
+    Fd& operator=(const Fd&) = delete;
+    // Closes it now, for what the close says: 0 or its errno.
+    int close();
+};
+
+// The folder of a native path ("/" for a name in the root, "." for a bare name), and its name.
+std::string parentOf(const std::string& native);
+std::string baseOf(const std::string& native);
+
+// Puts on the medium what was created, renamed or removed in folder, as far as it can.
+void syncFolder(const std::string& folder);
+
+// Writes all of bytes, through interruptions; 0 or the errno of the failure.
+int writeAll(int fd, const char* bytes, std::size_t size);
+
+// A fresh name for the hidden temporary file beside a native path that a write goes to before its
+// rename: ".<name>.nvtmp-<process>-<count>". The leading dot keeps it out of every listing and
+// match, so nothing takes it for the file itself or a backed-up one.
+std::string temporaryBeside(const std::string& native);
+
+// Removes the temporaries that interrupted writes left in folder: every one, or with base given
+// those of that file alone whose process has ended (or is this one: it writes the file from one
+// place at a time). Never fails: what cannot be removed stays hidden.
+void removeTemporaries(const std::string& folder, const std::string& base = "");
+
+} // namespace nv
