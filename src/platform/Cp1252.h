@@ -8,5 +8,7 @@ namespace nv {
 std::string utf8FromCp1252(const std::string& bytes);
 // UTF-8 to Windows-1252; a character the code page lacks becomes '?', as on the home platform.
 std::string cp1252FromUtf8(const std::string& text);
+// Whether every character of a UTF-8 text has a byte of its own in the code page.
+bool fitsCp1252(const std::string& text);
 
 } // namespace nv

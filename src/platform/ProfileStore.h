@@ -5,8 +5,8 @@
 
 namespace nv {
 
-// The profile-file services: [section] / key=value text files, CR LF, Windows-1252 on disk.
-// Strings in and out are UTF-8.
+// The profile-file services: [section] / key=value text files, CR LF, in the system's code page
+// (Windows-1252 on Windows, UTF-8 on Linux). Strings in and out are UTF-8.
 class ProfileStore {
 public:
     virtual ~ProfileStore() = default;

@@ -35,11 +35,32 @@ unsigned char foldByte(unsigned char c) {
     return c;
 }
 
-std::string fold(std::string_view s) {
-    std::string out(s);
-    for (char& c : out)
-        c = static_cast<char>(foldByte(static_cast<unsigned char>(c)));
-    return out;
+// Upper case of a UTF-8 name: ASCII, Latin-1 and Latin Extended-A, whose pairs keep the length
+// of their sequence.
+void foldUtf8(std::string& s) {
+    for (std::size_t i = 0; i < s.size(); ++i) {
+        auto c = static_cast<unsigned char>(s[i]);
+        if (c >= 'a' && c <= 'z') {
+            s[i] = static_cast<char>(c - 32);
+            continue;
+        }
+        if ((c != 0xC3 && c != 0xC4 && c != 0xC5) || i + 1 == s.size())
+            continue;
+        auto next = static_cast<unsigned char>(s[i + 1]);
+        if ((next & 0xC0) != 0x80)
+            continue;
+        char32_t u = static_cast<char32_t>((c & 0x1F) << 6 | (next & 0x3F));
+        bool lower =
+            (u >= 0xE0 && u <= 0xFE && u != 0xF7) || (u >= 0x100 && u <= 0x137 && u % 2 == 1) ||
+            (u >= 0x139 && u <= 0x148 && u % 2 == 0) || (u >= 0x14A && u <= 0x177 && u % 2 == 1) ||
+            (u >= 0x179 && u <= 0x17E && u % 2 == 0);
+        if (lower) {
+            u -= u < 0x100 ? 0x20 : 1;
+            s[i] = static_cast<char>(0xC0 | (u >> 6));
+            s[i + 1] = static_cast<char>(0x80 | (u & 0x3F));
+        }
+        ++i;
+    }
 }
 
 // The name of a section header line, or nothing when the line is not one.
@@ -81,6 +102,17 @@ const std::string_view kUtf8Mark = "\xEF\xBB\xBF";
 
 } // namespace
 
+std::string ProfileText::fold(std::string_view name) const {
+    std::string out(name);
+    if (utf8_) {
+        foldUtf8(out);
+        return out;
+    }
+    for (char& c : out)
+        c = static_cast<char>(foldByte(static_cast<unsigned char>(c)));
+    return out;
+}
+
 void ProfileText::parse(const std::string& text) {
     sections_.clear();
     index_.clear();
@@ -88,20 +120,23 @@ void ProfileText::parse(const std::string& text) {
     std::size_t pos = 0;
     while (pos < text.size()) {
         Line line;
-        std::size_t nl = text.find('\n', pos);
-        if (nl == std::string::npos) {
+        std::size_t end = text.find_first_of("\r\n", pos);
+        if (end == std::string::npos) {
             line.text = text.substr(pos);
             line.eol = Eol::None;
             pos = text.size();
         } else {
-            std::size_t end = nl;
-            line.eol = Eol::Lf;
-            if (end > pos && text[end - 1] == '\r') {
-                --end;
-                line.eol = Eol::CrLf;
-            }
             line.text = text.substr(pos, end - pos);
-            pos = nl + 1;
+            if (text[end] == '\n') {
+                line.eol = Eol::Lf;
+                pos = end + 1;
+            } else if (end + 1 < text.size() && text[end + 1] == '\n') {
+                line.eol = Eol::CrLf;
+                pos = end + 2;
+            } else {
+                line.eol = Eol::Cr;
+                pos = end + 1;
+            }
         }
         add(std::move(line));
     }
@@ -140,6 +175,8 @@ std::string ProfileText::render() const {
             out += "\r\n";
         else if (l.eol == Eol::Lf)
             out += '\n';
+        else if (l.eol == Eol::Cr)
+            out += '\r';
     };
     for (const Section& s : sections_) {
         if (s.hasHeader)

@@ -3,21 +3,30 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
 namespace nv {
 
-// The text of a profile file in memory: [section] headers and key=value lines, all in
-// Windows-1252. Names match without regard to case, the first of equal names counts, and every
-// line keeps its bytes and its own line end, so a file renders back as it was read except for
-// the keys that were set. Nothing here reads or writes a disk.
+// The text of a profile file in memory: [section] headers and key=value lines, in Windows-1252
+// or in UTF-8. Lines end in CR LF, LF or a lone CR. Names match without regard to case, the
+// first of equal names counts, and every line keeps its bytes and its own line end, so a file
+// renders back as it was read except for the keys that were set. Nothing here reads or writes
+// a disk.
 class ProfileText {
 public:
     ProfileText() { parse(""); }
-    explicit ProfileText(const std::string& bytes) { parse(bytes); }
+    explicit ProfileText(const std::string& bytes, bool utf8 = false) : utf8_(utf8) {
+        parse(bytes);
+    }
 
     void parse(const std::string& bytes);
+    // Reads the bytes anew as UTF-8 (true) or Windows-1252, which decides how names fold.
+    void parse(const std::string& bytes, bool utf8) {
+        utf8_ = utf8;
+        parse(bytes);
+    }
     std::string render() const;
 
     // The value of key in section, blanks and one pair of quotes around it stripped, up to a
@@ -28,7 +37,7 @@ public:
     bool set(const std::string& section, const std::string& key, const std::string& value);
 
 private:
-    enum class Eol : uint8_t { None, Lf, CrLf };
+    enum class Eol : uint8_t { None, Lf, CrLf, Cr };
 
     struct Line {
         std::string text; // without its line end
@@ -44,6 +53,9 @@ private:
 
     void add(Line line);
     Line* lastLine();
+    std::string fold(std::string_view name) const;
+
+    bool utf8_ = false;
 
     std::vector<Section> sections_;
     std::unordered_map<std::string, uint32_t> index_; // folded name -> first section with it

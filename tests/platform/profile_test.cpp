@@ -92,28 +92,34 @@ TEST_F(Profile, WritesInPlaceAndAppendsWhereTheHomePlatformDoes) {
     EXPECT_EQ(get("backupfiles", "backupfile1"), "C:\\new.mdb");
 }
 
-TEST_F(Profile, CreatesTheFileInWindows1252) {
+TEST_F(Profile, CreatesTheFileInTheSystemsCodePage) {
     EXPECT_TRUE(store.writeString("Basic settings", "AantalFiles", "0", ini));
     EXPECT_EQ(dir.read("NVbackuptool.ini"), "[Basic settings]\r\nAantalFiles=0\r\n");
 
-    // é and € have a byte of their own in the code page, a Chinese character has none.
-    EXPECT_TRUE(store.writeString("Basic settings", "dirfrom",
-                                  "C:\\Donn\xC3\xA9"
-                                  "es\\\xE2\x82\xAC\\\xE4\xB8\xAD",
-                                  ini));
+    const std::string folder = "C:\\Donn\xC3\xA9"
+                               "es\\\xE2\x82\xAC\\\xE4\xB8\xAD";
+    const std::string polish = "\xC5\x81\xC3\xB3"
+                               "d\xC5\xBA \xC4\x87 \xC4\xB1 \xC4\x80";
+    EXPECT_TRUE(store.writeString("Basic settings", "dirfrom", folder, ini));
+    EXPECT_TRUE(store.writeString("Basic settings", "DriveTarget", polish, ini));
+#ifdef _WIN32
+    // é and € have a byte of their own in the code page, a Chinese character has none, and
+    // accented letters the code page lacks lose their accent.
     EXPECT_EQ(dir.read("NVbackuptool.ini"),
               "[Basic settings]\r\nAantalFiles=0\r\ndirfrom=C:\\Donn\xE9"
-              "es\\\x80\\?\r\n");
+              "es\\\x80\\?\r\nDriveTarget=L\xF3"
+              "dz c i A\r\n");
     EXPECT_EQ(get("Basic settings", "dirfrom"), "C:\\Donn\xC3\xA9"
                                                 "es\\\xE2\x82\xAC\\?");
-
-    // Accented letters the code page lacks lose their accent.
-    EXPECT_TRUE(store.writeString("Basic settings", "DriveTarget",
-                                  "\xC5\x81\xC3\xB3"
-                                  "d\xC5\xBA \xC4\x87 \xC4\xB1 \xC4\x80",
-                                  ini));
     EXPECT_EQ(get("Basic settings", "DriveTarget"), "L\xC3\xB3"
                                                     "dz c i A");
+#else
+    // Linux names files in UTF-8, and so does its settings file: every letter survives.
+    EXPECT_EQ(dir.read("NVbackuptool.ini"), "[Basic settings]\r\nAantalFiles=0\r\ndirfrom=" +
+                                                folder + "\r\nDriveTarget=" + polish + "\r\n");
+    EXPECT_EQ(get("Basic settings", "dirfrom"), folder);
+    EXPECT_EQ(get("Basic settings", "DriveTarget"), polish);
+#endif
 
     // No folder to put it in: the store fails and nothing is there afterwards.
     std::string lost = dir.drive("Missing\\NVbackuptool.ini");

@@ -1,7 +1,7 @@
 #include "platform/posix/PosixProfileStore.h"
 
-#include "platform/Cp1252.h"
-#include "platform/ProfileText.h"
+#include "platform/ProfileDocument.h"
+#include "platform/Utf8.h"
 #include "platform/posix/NativePath.h"
 #include "platform/posix/PosixIo.h"
 
@@ -64,7 +64,7 @@ struct PosixProfileStore::Image {
     bool racy = false;
     Stamp stamp;
     std::string bytes; // what was read, kept while racy
-    ProfileText text;
+    ProfileDocument text;
 };
 
 namespace {
@@ -155,10 +155,8 @@ bool save(const std::string& native, PosixProfileStore::Image& image) {
     return true;
 }
 
-std::string cut(std::string bytes, std::size_t size) {
-    if (bytes.size() > size - 1)
-        bytes.resize(size - 1);
-    return utf8FromCp1252(bytes);
+std::string cut(std::string text, std::size_t size) {
+    return firstCharacters(std::move(text), size - 1);
 }
 
 } // namespace
@@ -281,7 +279,7 @@ std::string PosixProfileStore::getString(const std::string& section, const std::
     try {
         std::lock_guard lock(mutex_);
         if (Image* image = current(locate(file))) {
-            if (auto value = image->text.find(cp1252FromUtf8(section), cp1252FromUtf8(key)))
+            if (auto value = image->text.find(section, key))
                 return cut(std::move(*value), size);
         }
     } catch (...) {
@@ -289,10 +287,10 @@ std::string PosixProfileStore::getString(const std::string& section, const std::
     }
     try {
         // The home platform drops trailing blanks of the fallback too.
-        std::string bytes = cp1252FromUtf8(fallback);
-        while (!bytes.empty() && bytes.back() == ' ')
-            bytes.pop_back();
-        return cut(std::move(bytes), size);
+        std::string text = validUtf8(fallback);
+        while (!text.empty() && text.back() == ' ')
+            text.pop_back();
+        return cut(std::move(text), size);
     } catch (...) {
         return {};
     }
@@ -310,8 +308,7 @@ bool PosixProfileStore::writeString(const std::string& section, const std::strin
         Image* image = current(target);
         if (!image)
             return false;
-        bool changed =
-            image->text.set(cp1252FromUtf8(section), cp1252FromUtf8(key), cp1252FromUtf8(value));
+        bool changed = image->text.set(section, key, value);
         if (batchDepth_ > 0) {
             // One window operation writes a whole list; the disk is asked once, not per key.
             image->checked = true;

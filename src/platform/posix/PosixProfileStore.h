@@ -10,7 +10,9 @@
 
 namespace nv {
 
-// Profile files on Linux, laid out as the home platform lays them out. The parsed file stays in
+// Profile files on Linux, laid out as the home platform lays them out, in UTF-8 (the system's
+// code page here); a file that is no valid UTF-8 is read and kept as Windows-1252, a UTF-16
+// file as UTF-16. The parsed file stays in
 // memory while its size, times and inode are unchanged, and every store replaces the file
 // atomically through a hidden temporary file in the same folder.
 class PosixProfileStore : public ProfileStore {
