@@ -132,9 +132,12 @@ void backUp(BackupWindows& windows, CopyBatch& copies, int16_t& intLoop,
         const std::string source =
             static_cast<std::size_t>(row) < s.strFiles.size() ? s.strFiles[row] : std::string();
 
-        // An empty or blank row is a file that is not there.
+        // A blank row names no file: there is nothing to copy and nothing to tell, so a list
+        // with thousands of them does not turn into thousands of boxes.
+        if (isBlank(source))
+            continue;
         std::string name;
-        bool found = !isBlank(source) && answeredOrYes([&] {
+        bool found = answeredOrYes([&] {
             name = fFirstMatch(source);
             return !name.empty();
         });
@@ -187,7 +190,7 @@ void backUp(BackupWindows& windows, CopyBatch& copies, int16_t& intLoop,
     windows.closeCopyWindow();
 
     s.LastBackup = platform().clock->today();
-    subWriteIni(s.strIniFile, kSectionBasic, "LastBackup", shortDateText(s.LastBackup));
+    subWriteIni(s.strIniFile, kSectionBasic, "LastBackup", shortDateText(*s.LastBackup));
 
     if (!blnFlawed)
         MsgBox("Bestanden succesvol gekopieerd naar " + strBackupFolder, Buttons::OK,

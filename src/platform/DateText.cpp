@@ -14,6 +14,9 @@ bool validCivil(int year, int month, int day) {
     return year >= 100 && year <= 9999 && ymd.ok();
 }
 
+const char* const kMonths[] = {"jan", "feb", "mrt", "apr", "mei", "jun",
+                               "jul", "aug", "sep", "okt", "nov", "dec"};
+
 // Reads an unsigned number of 1 to maxDigits digits at pos.
 bool readNumber(const std::string& text, std::size_t& pos, std::size_t maxDigits, int& out) {
     std::size_t start = pos;
@@ -44,11 +47,9 @@ std::string shortDateText(Date date) {
 }
 
 std::string mediumDateText(Date date) {
-    static const char* const months[] = {"jan", "feb", "mrt", "apr", "mei", "jun",
-                                         "jul", "aug", "sep", "okt", "nov", "dec"};
     CivilDate c = civilFromDate(date);
     char buffer[24];
-    std::snprintf(buffer, sizeof buffer, "%02d-%s-%04d", c.day, months[c.month - 1], c.year);
+    std::snprintf(buffer, sizeof buffer, "%02d-%s-%04d", c.day, kMonths[c.month - 1], c.year);
     return buffer;
 }
 
@@ -69,7 +70,21 @@ std::string isoDateText(Date date) {
     return buffer;
 }
 
-std::optional<Date> parseShortDate(const std::string& text) {
+namespace {
+
+const char* const kMonthNames[] = {"januari",   "februari", "maart",    "april",
+                                   "mei",       "juni",     "juli",     "augustus",
+                                   "september", "oktober",  "november", "december"};
+
+std::string lowerCase(std::string text) {
+    for (char& c : text)
+        if (c >= 'A' && c <= 'Z')
+            c = static_cast<char>(c - 'A' + 'a');
+    return text;
+}
+
+// Numbers only: dd-mm-yyyy, d-m-yyyy, dd/mm/yyyy, yyyy-mm-dd.
+std::optional<CivilDate> numericDate(const std::string& text) {
     std::size_t pos = 0;
     int a = 0, b = 0, c = 0;
     if (!readNumber(text, pos, 4, a) || pos >= text.size())
@@ -82,17 +97,74 @@ std::optional<Date> parseShortDate(const std::string& text) {
         return std::nullopt;
     if (!readNumber(text, pos, 4, c) || pos != text.size())
         return std::nullopt;
-    int year, month, day;
-    if (firstLength == 4 && separator == '-') {
-        year = a, month = b, day = c; // yyyy-mm-dd
-    } else if (firstLength <= 2 && text.size() - (text.rfind(separator) + 1) == 4) {
-        day = a, month = b, year = c; // dd-mm-yyyy, d-m-yyyy, dd/mm/yyyy
-    } else {
+    if (firstLength == 4 && separator == '-')
+        return CivilDate{a, b, c}; // yyyy-mm-dd
+    if (firstLength <= 2 && text.size() - (text.rfind(separator) + 1) == 4)
+        return CivilDate{c, b, a};
+    return std::nullopt;
+}
+
+// The display form: 17-nov-2026, with the Dutch month's short or full name in any case.
+std::optional<CivilDate> namedMonthDate(const std::string& text) {
+    std::size_t pos = 0;
+    int day = 0, year = 0;
+    if (!readNumber(text, pos, 2, day) || pos >= text.size())
         return std::nullopt;
+    char separator = text[pos++];
+    if (separator != '-' && separator != ' ')
+        return std::nullopt;
+    std::size_t end = text.find(separator, pos);
+    if (end == std::string::npos)
+        return std::nullopt;
+    std::string name = lowerCase(text.substr(pos, end - pos));
+    int month = 0;
+    for (int m = 0; m < 12 && month == 0; ++m)
+        if (name == kMonths[m] || name == kMonthNames[m])
+            month = m + 1;
+    pos = end + 1;
+    if (month == 0 || !readNumber(text, pos, 4, year) || pos != text.size() || end + 5 != pos)
+        return std::nullopt;
+    return CivilDate{year, month, day};
+}
+
+// Whether text is a time of day: h:mm or h:mm:ss.
+bool isTimeOfDay(const std::string& text) {
+    std::size_t pos = 0;
+    int hours = 0, minutes = 0, seconds = 0;
+    if (!readNumber(text, pos, 2, hours) || pos >= text.size() || text[pos++] != ':')
+        return false;
+    std::size_t start = pos;
+    if (!readNumber(text, pos, 2, minutes) || pos - start != 2)
+        return false;
+    if (pos < text.size()) {
+        if (text[pos++] != ':')
+            return false;
+        start = pos;
+        if (!readNumber(text, pos, 2, seconds) || pos - start != 2 || pos != text.size())
+            return false;
     }
-    if (!validCivil(year, month, day))
+    return hours < 24 && minutes < 60 && seconds < 60;
+}
+
+} // namespace
+
+std::optional<Date> parseShortDate(const std::string& text) {
+    std::size_t begin = text.find_first_not_of(" \t");
+    if (begin == std::string::npos)
         return std::nullopt;
-    return dateFromCivil({year, month, day});
+    std::string date = text.substr(begin, text.find_last_not_of(" \t") - begin + 1);
+    // A time of day behind the date, as a date-to-text conversion of a moment writes it.
+    std::size_t cut = date.find_last_of(" T");
+    if (cut != std::string::npos && isTimeOfDay(date.substr(cut + 1))) {
+        date.resize(cut);
+        date.resize(date.find_last_not_of(' ') + 1);
+    }
+    std::optional<CivilDate> civil = numericDate(date);
+    if (!civil)
+        civil = namedMonthDate(date);
+    if (!civil || !validCivil(civil->year, civil->month, civil->day))
+        return std::nullopt;
+    return dateFromCivil(*civil);
 }
 
 } // namespace nv

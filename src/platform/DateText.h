@@ -18,7 +18,9 @@ Date dateFromCivil(const CivilDate& civil);
 
 // The short date of the settings file: dd-mm-yyyy.
 std::string shortDateText(Date date);
-// Reads dd-mm-yyyy, d-m-yyyy, dd/mm/yyyy and yyyy-mm-dd; nothing for text that is no date.
+// Reads dd-mm-yyyy, d-m-yyyy, dd/mm/yyyy and yyyy-mm-dd, the display form dd-mmm-yyyy with a
+// Dutch month name, each with or without a time of day behind it; nothing for text that is no
+// date.
 std::optional<Date> parseShortDate(const std::string& text);
 // dd-mmm-yyyy with the Dutch short month name, as in 17-nov-2026.
 std::string mediumDateText(Date date);

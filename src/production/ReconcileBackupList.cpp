@@ -12,9 +12,7 @@ namespace nv {
 
 void subReconcileBackupList(const std::string& folder, const std::string& iniPath) {
     ProfileBatch batch(*platform().profiles);
-    long count = 0;
-    if (!parseWholeNumber(fIniValue(kSectionBasic, "AantalFiles", "0", iniPath), 0, 32767, count))
-        count = 0;
+    long count = fRowCount(fIniValue(kSectionBasic, "AantalFiles", "0", iniPath), iniPath);
     std::vector<std::string> rows(static_cast<std::size_t>(count) + 11);
     for (long n = 1; n <= count; ++n)
         rows[n] = fIniValue(kSectionFiles, rowKey(n), "", iniPath);

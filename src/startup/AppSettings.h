@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -16,7 +17,7 @@ struct AppSettingsRecord {
     std::string DriveTarget;
     int16_t AantalFiles = 0;
     std::vector<std::string> strFiles{""}; // element 0 stays empty; rows 1..AantalFiles
-    Date LastBackup = 0;
+    std::optional<Date> LastBackup;        // nothing when the file holds no date
     uint8_t Directory = 0;
     std::string strAppDir;
     bool blnRestoreOnly = false;

@@ -1,9 +1,11 @@
 #include "startup/Main.h"
 
 #include "platform/DateText.h"
+#include "platform/FileFailure.h"
 #include "platform/Platform.h"
 #include "production/KnownFile.h"
 #include "startup/AppSettings.h"
+#include "startup/FileOps.h"
 #include "startup/MsgBox.h"
 #include "startup/Settings.h"
 
@@ -21,17 +23,12 @@ void readSettings() {
     AppSettings.dirfrom = fIniValue(kSectionBasic, "dirfrom", AppSettings.strAppDir, "");
     AppSettings.DriveTarget = fIniValue(kSectionBasic, "DriveTarget", "C:", "");
 
-    long count = 0;
-    if (!parseWholeNumber(fIniValue(kSectionBasic, "AantalFiles", "-1", ""), -32768, 32767,
-                          count) ||
-        count < 0)
-        count = 0;
+    const long count = fRowCount(fIniValue(kSectionBasic, "AantalFiles", "-1", ""), "");
     AppSettings.AantalFiles = static_cast<int16_t>(count);
 
     Date today = platform().clock->today();
-    auto lastBackup =
+    AppSettings.LastBackup =
         parseShortDate(fIniValue(kSectionBasic, "LastBackup", shortDateText(today), ""));
-    AppSettings.LastBackup = lastBackup ? *lastBackup : today;
 
     long directory = 0;
     if (!parseWholeNumber(fIniValue(kSectionBasic, "Directory", "0", ""), 0, 255, directory))
@@ -43,7 +40,24 @@ void readSettings() {
         AppSettings.strFiles[n] = fIniValue(kSectionFiles, rowKey(n), " ", "");
 }
 
+// Whether the start left a settings file; a folder that cannot even be looked into has none.
+bool settingsFileThere() {
+    try {
+        return fPlainFileExists(AppSettings.strIniFile);
+    } catch (const FileFailure&) {
+        return false;
+    }
+}
+
 } // namespace
+
+std::string fSettingsNotStoredText(const std::string& folder) {
+    std::string shown =
+        folder.size() > 3 && folder.back() == '\\' ? folder.substr(0, folder.size() - 1) : folder;
+    return "De instellingen kunnen niet worden opgeslagen in de map " + shown +
+           ".\r\n\r\nDe lijst met bestanden en het gekozen station worden daarom niet bewaard. "
+           "Zorg dat u in deze map mag schrijven.";
+}
 
 MainOutcome Main(StartWindows& windows) {
     AppSettings = AppSettingsRecord{};
@@ -65,6 +79,10 @@ MainOutcome Main(StartWindows& windows) {
     AppSettings.strIniFile = AppSettings.strAppDir + kIniFileName;
     App.HelpFile = AppPath() + "\\NV BU tool.chm";
     readSettings();
+    // Every start stores the list and the production folder; without a file afterwards the
+    // user would meet an empty list and no word why.
+    if (!settingsFileThere())
+        MsgBox(fSettingsNotStoredText(AppSettings.strAppDir), Buttons::OK, Icon::Exclamation);
 
     windows.loadMainWindow();
     windows.showMainWindow();

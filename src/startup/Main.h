@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 namespace nv {
 
 // The windows Main brings up; the window layer fills it in.
@@ -18,6 +20,9 @@ enum class MainOutcome {
 };
 
 extern const char* const kRestoreOnlyQuestion;
+
+// The notice of a start that could not store the settings file in the production folder.
+std::string fSettingsNotStoredText(const std::string& folder);
 
 // The program's start: finds the production folder, chooses the mode, reads the settings and
 // brings up the windows.

@@ -33,9 +33,17 @@ void subWriteIni(const std::string& path, const std::string& section, const std:
     subWriteIni(path, section, key, copy);
 }
 
+namespace {
+
+std::string settingsFile(const std::string& file) {
+    return file.empty() ? AppSettings.strIniFile : AppSettings.strAppDir + file;
+}
+
+} // namespace
+
 std::string fIniValue(const std::string& section, const std::string& key,
                       const std::string& fallback, const std::string& file) {
-    std::string target = file.empty() ? AppSettings.strIniFile : AppSettings.strAppDir + file;
+    std::string target = settingsFile(file);
     std::string result = fReadIni(target, section, key, "?");
     if (result == "?") {
         result = fallback;
@@ -46,6 +54,16 @@ std::string fIniValue(const std::string& section, const std::string& key,
 
 std::string rowKey(int row) {
     return kRowKeyPrefix + std::to_string(row);
+}
+
+long fRowCount(const std::string& countText, const std::string& file) {
+    long count = 0;
+    if (parseWholeNumber(countText, 0, 32767, count))
+        return count;
+    const std::string target = settingsFile(file);
+    while (count < 32767 && fReadIni(target, kSectionFiles, rowKey(count + 1), "?") != "?")
+        ++count;
+    return count;
 }
 
 bool parseWholeNumber(const std::string& text, long minimum, long maximum, long& out) {

@@ -28,6 +28,11 @@ std::string fIniValue(const std::string& section, const std::string& key,
 // "BackUpfile" + n.
 std::string rowKey(int row);
 
+// The number of rows the list holds: the text of AantalFiles when it is a whole number from 0 to
+// 32767, else the number of BackUpfile keys that follow each other from 1, so that a damaged
+// count does not lose the list. file selects the settings file as in fIniValue.
+long fRowCount(const std::string& countText, const std::string& file);
+
 // Conversions of hand-editable texts; a text that is no number in range gives nothing.
 bool parseWholeNumber(const std::string& text, long minimum, long maximum, long& out);
 

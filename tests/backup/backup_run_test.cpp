@@ -138,28 +138,38 @@ TEST_F(BackupRun, ATakenFolderOfTodayIsAskedAboutAndTheRunTakesTheFirstFreeNumbe
     EXPECT_EQ(settingsFile(), crlf("[Basic settings]\nLastBackup=18-11-2026\n"));
 }
 
-TEST_F(BackupRun, RowsThatCannotBeFoundAreToldOneByOneAndTheRunCountsAsMade) {
+TEST_F(BackupRun, RowsThatCannotBeFoundAreToldOneByOneAndBlankRowsPassWithoutAWord) {
     const std::string hidden = source(".verborgen.mdb", "x");
     machine.temp.hide("bron/.verborgen.mdb");
-    const Log rows{machine.temp.drive("bron\\Weg\\NV_Ledger01.mdb"), "", " ", hidden};
+    const std::string missing = machine.temp.drive("bron\\Weg\\NV_Ledger01.mdb");
+    // A count far above the keys leaves blank rows by the thousand; they name no file.
+    Log rows{missing, "", " ", hidden};
+    rows.resize(3000, " ");
     list(rows);
     run();
 
-    ASSERT_EQ(boxes.shown.size(), 6u);
-    for (std::size_t i = 0; i < rows.size(); ++i)
-        expectBox(boxes.shown[i + 1], "Kan bestand niet vinden",
-                  "Het bestand '" + rows[i] +
+    ASSERT_EQ(boxes.shown.size(), 4u);
+    for (std::size_t i : {1u, 2u})
+        expectBox(boxes.shown[i], "Kan bestand niet vinden",
+                  "Het bestand '" + (i == 1 ? missing : hidden) +
                       " kan niet gevonden worden op deze lokatie\r\n\r\nControleer, nadat het "
                       "backup programma klaar is, waar het bestand staat of verwijder deze uit "
                       "de lijst",
                   Buttons::OK, Icon::Exclamation);
-    expectBox(boxes.shown[5], "Back Up met fout(en)",
+    expectBox(boxes.shown[3], "Back Up met fout(en)",
               "Bestanden gekopieerd naar " + folder() +
                   "\r\n\r\nNiet alle bestanden in de lijst zijn echter gekopieerd door de "
                   "mededelingen die u op het scherm kreeg!",
               Buttons::OK, Icon::Exclamation);
     EXPECT_TRUE(entries(kToday).empty());
     EXPECT_EQ(settingsFile(), kSettingsAfter);
+
+    // Blank rows beside files that are there leave a run without flaws.
+    list({"", source("NV.ini", "ini"), " "});
+    rerun();
+    ASSERT_EQ(boxes.shown.size(), 2u);
+    EXPECT_EQ(boxes.shown[1].title, "Back Up");
+    EXPECT_EQ(entries(kToday), Log{"NV.ini"});
 }
 
 // Rows in other letters than the disk: the names keep those on disk, subfolders those of the row.

@@ -14,6 +14,8 @@ TEST(StatusTexts, LastBackupLineCountsDaysWithoutASingularAndKeepsTheSignOfTheFu
     // Across a year's end the count stays plain days.
     EXPECT_EQ(fLastBackupText(dateFromCivil({2027, 1, 2}), dateFromCivil({2026, 12, 31})),
               "Laatste backup gemaakt op: 31-dec-2026 (2 dagen geleden)");
+    // No date known claims no backup, least of all one of today.
+    EXPECT_EQ(fLastBackupText(today, std::nullopt), "Laatste backup gemaakt op: onbekend");
 }
 
 TEST(StatusTexts, MonthsHaveTheirDutchShortNamesAndTimesTheirMinutes) {

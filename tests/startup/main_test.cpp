@@ -6,6 +6,7 @@
 
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <optional>
 
 using namespace nv;
 using nvtest::crlf;
@@ -99,11 +100,62 @@ TEST_F(MainTest, AMissingDatabaseOffersTheRestoreOnly) {
     EXPECT_EQ(windows.settingsSeenByMain.AantalFiles, 9);
 }
 
-TEST_F(MainTest, ADamagedSettingsFileNeverStopsTheStart) {
+// Files as a hand, another tool or a broken disk leave them. Whatever the file holds, the start
+// goes on to the windows with a list that can be sized.
+
+TEST_F(MainTest, ADamagedRowCountKeepsTheUsersRows) {
+    // Ten rows of the user's own: the count must not let the known files overwrite them.
+    std::string rows;
+    for (int n = 1; n <= 10; ++n)
+        rows +=
+            "BackUpfile" + std::to_string(n) + "=D:\\Brieven\\brief" + std::to_string(n) + ".doc\n";
+    for (const char* count : {"abc", "", "-5", "99999", "32768", "3x", "2.5", " "}) {
+        const std::string content =
+            crlf(std::string("[Basic settings]\nAantalFiles=") + count + "\n[Backupfiles]\n" +
+                 rows + "\nBackUpfile12=D:\\na een gat.doc\n");
+        machine.temp.write("Data/Norvale/NVbackuptool.ini", content);
+        RecordingWindows w;
+        ASSERT_EQ(Main(w), MainOutcome::Running) << count;
+        const AppSettingsRecord& s = w.settingsSeenByMain;
+        // The ten rows stand first; the nine known files follow them, and the row behind the
+        // gap is not part of the list.
+        ASSERT_EQ(s.AantalFiles, 19) << count;
+        EXPECT_EQ(s.strFiles[1], "D:\\Brieven\\brief1.doc") << count;
+        EXPECT_EQ(s.strFiles[10], "D:\\Brieven\\brief10.doc") << count;
+        EXPECT_EQ(s.strFiles[11], program + "\\NV_Ledger01.mdb") << count;
+        EXPECT_NE(settingsFile().find("AantalFiles=19\r\n"), std::string::npos) << count;
+        EXPECT_NE(settingsFile().find("BackUpfile12=" + program + "\\NV_Lists97.mdb"),
+                  std::string::npos)
+            << count;
+    }
+}
+
+TEST_F(MainTest, AnUnreadableLastBackupClaimsNoBackupAndStaysInTheFile) {
+    const std::pair<std::string, std::optional<Date>> dates[] = {
+        {"17-nov-2026", dateFromCivil({2026, 11, 17})},
+        {"03-MRT-2026", dateFromCivil({2026, 3, 3})},
+        {"16-11-2026 23:59:59", dateFromCivil({2026, 11, 16})},
+        {"2026-11-10 08:00", dateFromCivil({2026, 11, 10})},
+        {"gisteren", std::nullopt},
+        {"31-02-2026", std::nullopt},
+        {"17-nov-26", std::nullopt},
+        {"", std::nullopt},
+    };
+    for (const auto& [text, date] : dates) {
+        const std::string content = crlf("[Basic settings]\nLastBackup=" + text + "\n");
+        machine.temp.write("Data/Norvale/NVbackuptool.ini", content);
+        RecordingWindows w;
+        ASSERT_EQ(Main(w), MainOutcome::Running) << text;
+        EXPECT_EQ(w.settingsSeenByMain.LastBackup, date) << text;
+        EXPECT_NE(settingsFile().find("LastBackup=" + text + "\r\n"), std::string::npos) << text;
+    }
+}
+
+TEST_F(MainTest, OtherDamageTakesTheDefaultsWithoutAWord) {
     // Present but empty, the target drive stays empty rather than the default.
     const std::pair<std::string, std::string> damaged[] = {
-        {crlf("[Basic settings]\nAantalFiles=twaalf\nLastBackup=gisteren\nDirectory=300\n"), "C:"},
-        {crlf("[Basic settings]\nAantalFiles=-4\nLastBackup=31-02-2026\nDirectory=-1\n"), "C:"},
+        {crlf("[Basic settings]\nAantalFiles=twaalf\nDirectory=300\n"), "C:"},
+        {crlf("[Basic settings]\nDirectory=-1\n"), "C:"},
         {crlf("[Basic settings]\nAantalFiles=2\nDriveTarget=\n[Backupfiles]\nBackUpfile1=\n"
               "BackUpfile2=\n"),
          ""},
@@ -117,18 +169,53 @@ TEST_F(MainTest, ADamagedSettingsFileNeverStopsTheStart) {
         const AppSettingsRecord& s = w.settingsSeenByMain;
         EXPECT_GE(s.AantalFiles, 9) << content;
         EXPECT_EQ(s.strFiles.size(), static_cast<std::size_t>(s.AantalFiles) + 1);
-        EXPECT_EQ(s.LastBackup, machine.clock.date) << content;
         EXPECT_EQ(s.Directory, 0) << content;
         EXPECT_EQ(s.DriveTarget, drive) << content;
+        EXPECT_TRUE(machine.boxes.shown.empty()) << content;
     }
+}
 
-    // A folder in the place of the settings file can be neither read nor written: an empty list.
-    std::filesystem::remove(machine.temp.native("Data/Norvale/NVbackuptool.ini"));
+TEST_F(MainTest, OldStyleLineEndsAreReadAsLinesAndKeptWhereUntouched) {
+    const std::string p = program + "\\";
+    std::string content = "[Basic settings]\rAantalFiles=10\rdirfrom=" + p +
+                          "\rDriveTarget=E:\rLastBackup=01-11-2026\rDirectory=1\r[Backupfiles]\r";
+    for (int row : {0, 1, 2, 3, 4, 5, 6, 7, 10})
+        content += "BackUpfile" + std::to_string(row < 8 ? row + 1 : 9) + "=" + p +
+                   fKnownFileName(row) + "\r";
+    content += "BackUpfile10=D:\\Brieven\\offerte.doc\r";
+    machine.temp.write("Data/Norvale/NVbackuptool.ini", content);
+    ASSERT_EQ(Main(windows), MainOutcome::Running);
+    const AppSettingsRecord& s = windows.settingsSeenByMain;
+    EXPECT_EQ(s.AantalFiles, 10);
+    EXPECT_EQ(s.strFiles[10], "D:\\Brieven\\offerte.doc");
+    EXPECT_EQ(s.DriveTarget, "E:");
+    EXPECT_EQ(s.Directory, 1);
+    EXPECT_EQ(s.LastBackup, dateFromCivil({2026, 11, 1}));
+    // The start stores the count and the folder again: those two lines now end in CR LF, and
+    // every other byte stays.
+    std::string expected = content;
+    for (const std::string& line : {std::string("AantalFiles=10\r"), "dirfrom=" + p + "\r"})
+        expected.insert(expected.find(line) + line.size(), "\n");
+    EXPECT_EQ(settingsFile(), expected);
+}
+
+TEST_F(MainTest, ASettingsFileThatCannotBeStoredIsToldOnce) {
+    // A folder in the place of the settings file can be neither read nor written: an empty list,
+    // and one word why.
     std::filesystem::create_directory(machine.temp.native("Data/Norvale/NVbackuptool.ini"));
     ASSERT_EQ(Main(windows), MainOutcome::Running);
     EXPECT_EQ(windows.settingsSeenByMain.AantalFiles, 0);
     EXPECT_EQ(windows.settingsSeenByMain.strFiles.size(), 1u);
     EXPECT_EQ(windows.settingsSeenByMain.DriveTarget, "C:");
+    ASSERT_EQ(machine.boxes.shown.size(), 1u);
+    const MessageBoxRequest& box = machine.boxes.shown[0];
+    EXPECT_EQ(box.text, "De instellingen kunnen niet worden opgeslagen in de map " + program +
+                            ".\r\n\r\nDe lijst met bestanden en het gekozen station worden "
+                            "daarom niet bewaard. Zorg dat u in deze map mag schrijven.");
+    EXPECT_EQ(box.title, "Norvale Backup");
+    EXPECT_EQ(box.buttons, Buttons::OK);
+    EXPECT_EQ(box.icon, Icon::Exclamation);
+    EXPECT_EQ(windows.calls, "loadMain showMain loadSplash showSplash ");
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "backup/BackupRun.h"
 #include "backup/qt/QtBackupWindows.h"
 #include "mainwindow/StatusTexts.h"
+#include "mainwindow/TargetRoot.h"
 #include "mainwindow/qt/ShapeControl.h"
 #include "mainwindow/qt/TargetLists.h"
 #include "platform/DateText.h"
@@ -292,7 +293,7 @@ void FrmMain::Form_Load() {
         },
         [&] { RefreshStatus(); },
         [&] { TargetDrive->setDrive(fromStd(s.DriveTarget)); },
-        [&] { TargetDirectories->setPath(fromStd(s.DriveTarget + "\\")); },
+        [&] { TargetDirectories->setPath(fromStd(fTargetRoot(s.DriveTarget))); },
         [&] {
             if (s.blnRestoreOnly) {
                 Cmd_Backup->hide();

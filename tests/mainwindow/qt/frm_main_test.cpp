@@ -112,6 +112,25 @@ TEST_F(FrmMainTest, ATargetDriveAbsentAtStartOrPulledLaterIsWatchedUntilItComesB
     EXPECT_EQ(window.TargetDirectories->count(), 2);
 }
 
+TEST_F(FrmMainTest, AnEmptyTargetDriveIsADriveThatIsNotThere) {
+    // DriveTarget= in a hand-edited file: no box, the watch runs, and a picked drive ends it.
+    AppSettings.DriveTarget = "";
+    FrmMain window;
+    window.Form_Load();
+    EXPECT_TRUE(machine.boxes.shown.empty());
+    EXPECT_TRUE(window.blnDriveLost);
+    EXPECT_TRUE(window.Timer1->isActive());
+    EXPECT_EQ(buttonState(window), "00001000");
+    tickDots(window,
+             "Het doelstation  is niet aangesloten. Sluit deze aan of selecteer een ander "
+             "station hierboven\r\n",
+             {"", " ."});
+    window.TargetDrive->setDrive("E:");
+    EXPECT_EQ(window.LblStation->text(), "");
+    EXPECT_EQ(buttonState(window), "11110111");
+    EXPECT_EQ(fReadIni(AppSettings.strIniFile, kSectionBasic, "DriveTarget", "?"), "E:");
+}
+
 TEST_F(FrmMainTest, TheHelpMenuAndF1BothOpenTheHelpFile) {
     App.HelpFile = "C:\\Program\\NV BU tool.chm";
     HelpKey help;
