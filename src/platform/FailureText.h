@@ -17,4 +17,10 @@ inline FileFailure fileFailure(int32_t number) {
     return FileFailure(number, failureDescription(number));
 }
 
+// A medium that refuses every write. The failure paths treat it as a path not found, whose box
+// speaks of write protection; the description says what it is.
+inline FileFailure writeProtectedFailure() {
+    return FileFailure(kFailPathNotFound, "Schijf is tegen schrijven beveiligd");
+}
+
 } // namespace nv

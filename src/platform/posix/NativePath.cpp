@@ -96,9 +96,10 @@ FileFailure failureFromErrno(int err, const std::string&) {
         break;
     case ENOENT:
     case ENOTDIR:
-    case EROFS:
         number = kFailPathNotFound;
         break;
+    case EROFS:
+        return writeProtectedFailure();
     case EIO:
         number = kFailDeviceIo;
         break;

@@ -114,6 +114,8 @@ int32_t failureNumber(unsigned long error) {
 }
 
 FileFailure failureFor(unsigned long error, const std::wstring& path) {
+    if (error == ERROR_WRITE_PROTECT)
+        return writeProtectedFailure();
     int32_t number = failureNumber(error);
     if (number == kFailPathNotFound && driveMissing(path))
         number = kFailDeviceUnavailable;

@@ -1,0 +1,146 @@
+// Starts on Linux with what real machines bring: install folders named in any language, a
+// settings file written on Windows, and a production folder on a read-only file system.
+
+#include "backup/BackupRunFixture.h"
+#include "production/KnownFile.h"
+#include "startup/Main.h"
+
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <sched.h>
+#include <sys/mount.h>
+#include <unistd.h>
+
+using namespace nv;
+namespace fs = std::filesystem;
+
+namespace {
+
+class NoWindows : public StartWindows {
+public:
+    void loadMainWindow() override {}
+    void showMainWindow() override {}
+    void loadSplash() override {}
+    void showSplash() override {}
+};
+
+const int kListed[] = {0, 1, 2, 3, 5, 6, 7, 10};
+
+class StartPosix : public ::testing::Test {
+protected:
+    ~StartPosix() override { driveTableOf(machine.platform).remove('E'); }
+
+    // The production files in a folder below the temporary one, and the program started there.
+    void install(const std::string& folder) {
+        for (int row : kListed)
+            machine.temp.write(folder + "/" + fKnownFileName(row), fKnownFileName(row));
+        machine.process.path = machine.temp.drive(folder);
+    }
+    // A backup to the stick, every box answered with its default.
+    std::vector<std::string> backUp() {
+        fs::create_directories(machine.temp.native("stick"));
+        driveTableOf(machine.platform).setFolder('E', machine.temp.native("stick").string());
+        AppSettings.DriveTarget = "E:";
+        nvtest::FakeBackupWindows windows;
+        int16_t intLoop = 0;
+        std::string folder;
+        Cmd_Backup_Click(windows, intLoop, folder);
+        std::vector<std::string> names;
+        for (const auto& entry :
+             fs::directory_iterator(machine.temp.native("stick/" + nvtest::kToday)))
+            names.push_back(entry.path().filename().string());
+        std::sort(names.begin(), names.end());
+        return names;
+    }
+    std::vector<std::string> knownNames() {
+        std::vector<std::string> names;
+        for (int row : {0, 1, 2, 3, 4, 5, 6, 7, 10})
+            names.push_back(fKnownFileName(row));
+        std::sort(names.begin(), names.end());
+        return names;
+    }
+
+    nvtest::TestMachine machine;
+    NoWindows windows;
+};
+
+TEST_F(StartPosix, InstallFoldersInAnyLanguageAreStoredAndBackedUpWhole) {
+    for (const std::string folder : {"Dane/\xC5\x81\xC3\xB3"
+                                     "d\xC5\xBA \xC5\x9A"
+                                     "wi\xC4\x99ty",
+                                     "Veri/\xC4\xB0stanbul \xC5\x9Firket \xC4\x9F\xC4\xB1"}) {
+        SCOPED_TRACE(folder);
+        install(folder);
+        ASSERT_EQ(Main(windows), MainOutcome::Running);
+        const std::string production = machine.temp.drive(folder) + "\\";
+        EXPECT_EQ(AppSettings.strFiles[1], production + "NV_Ledger01.mdb");
+        // The file holds the folder's own letters, in UTF-8.
+        EXPECT_NE(machine.temp.read(folder + "/NVbackuptool.ini").find("dirfrom=" + production),
+                  std::string::npos);
+
+        EXPECT_EQ(backUp(), knownNames());
+        ASSERT_EQ(machine.boxes.shown.size(), 2u);
+        EXPECT_EQ(machine.boxes.shown[1].title, "Back Up");
+        fs::remove_all(machine.temp.native("stick"));
+        machine.boxes.shown.clear();
+    }
+}
+
+TEST_F(StartPosix, ASettingsFileFromWindowsIsReadAndKeptByteForByte) {
+    const std::string folder = "Donn\xC3\xA9"
+                               "es";
+    install(folder);
+    // As the home platform writes it: é is the byte 0xE9.
+    std::string p = machine.temp.drive() + "\\Donn\xE9"
+                                           "es\\";
+    std::string windowsFile = "[Basic settings]\r\nAantalFiles=10\r\ndirfrom=" + p +
+                              "\r\nDriveTarget=E:\r\nLastBackup=01-11-2026\r\nDirectory=0\r\n"
+                              "[Backupfiles]\r\n";
+    int n = 0;
+    for (int row : {0, 1, 2, 3, 4, 5, 6, 7, 10})
+        windowsFile += "BackUpfile" + std::to_string(++n) + "=" + p + fKnownFileName(row) + "\r\n";
+    windowsFile += "BackUpfile10=D:\\Brieven\\Caf\xE9.doc\r\n";
+    machine.temp.write(folder + "/NVbackuptool.ini", windowsFile);
+
+    ASSERT_EQ(Main(windows), MainOutcome::Running);
+    EXPECT_TRUE(machine.boxes.shown.empty());
+    EXPECT_EQ(AppSettings.AantalFiles, 10);
+    EXPECT_EQ(AppSettings.strFiles[10], "D:\\Brieven\\Caf\xC3\xA9.doc");
+    EXPECT_EQ(AppSettings.dirfrom, machine.temp.drive(folder) + "\\");
+    // Every row was already in place, so nothing changed and no byte moved.
+    EXPECT_EQ(machine.temp.read(folder + "/NVbackuptool.ini"), windowsFile);
+
+    AppSettings.AantalFiles = 9;
+    AppSettings.strFiles.resize(10);
+    EXPECT_EQ(backUp(), knownNames());
+    // The backup stored its date in the file's own code page, beside the untouched bytes.
+    std::string after = windowsFile;
+    after.replace(after.find("01-11-2026"), 10, "17-11-2026");
+    EXPECT_EQ(machine.temp.read(folder + "/NVbackuptool.ini"), after);
+}
+
+TEST_F(StartPosix, AProductionFolderOnAReadOnlyFileSystemIsToldAsWriteProtected) {
+    const fs::path roaming = machine.temp.native("roaming");
+    fs::create_directories(roaming);
+    if (::geteuid() != 0 || ::unshare(CLONE_NEWNS) != 0 ||
+        ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
+        ::mount("tmpfs", roaming.c_str(), "tmpfs", MS_RDONLY, "size=64k") != 0)
+        GTEST_SKIP() << "needs root to mount a read-only file system";
+    // The temporary folder as a drive of its own, so that Program Files lies at its top.
+    driveTableOf(machine.platform).setFolder('P', machine.temp.native().string());
+    machine.folders.folders[CSIDL_PROGRAM_FILES] = "P:\\Program Files";
+    machine.folders.folders[CSIDL_APPDATA] = "P:\\roaming";
+    machine.folders.folders[CSIDL_LOCAL_APPDATA] = "P:\\local";
+    install("Program Files/Norvale");
+    machine.process.path = "P:\\Program Files\\Norvale";
+
+    Main(windows);
+    ::umount2(roaming.c_str(), MNT_DETACH);
+    driveTableOf(machine.platform).remove('P');
+    ASSERT_GE(machine.boxes.shown.size(), 1u);
+    EXPECT_EQ(machine.boxes.shown[0].title, "76");
+    EXPECT_EQ(machine.boxes.shown[0].text, "Schijf is tegen schrijven beveiligd");
+    EXPECT_EQ(machine.boxes.shown.back().text, fSettingsNotStoredText("P:\\roaming\\Norvale\\"));
+}
+
+} // namespace
