@@ -1,13 +1,14 @@
 // Fuzzes the settings file: the input is the file as found on disk. Its own sections, keys and
 // values are read, written back in other combinations, once key by key and once in a batch,
 // and read again, by a store that keeps its cache across inputs and by a fresh one; the text
-// model meets the same writes in memory.
+// model meets the same writes in memory. The file may come in Windows-1252, UTF-8 or UTF-16.
 
 #include "FuzzFolder.h"
 
 #include "platform/Cp1252.h"
+#include "platform/ProfileDocument.h"
 #include "platform/ProfileStore.h"
-#include "platform/ProfileText.h"
+#include "platform/Utf8.h"
 #include "platform/posix/DriveTable.h"
 #include "platform/posix/PosixProfileStore.h"
 
@@ -49,29 +50,42 @@ std::string_view trimmed(std::string_view s) {
 
 // Every byte of the code page must come back from UTF-8 as it was, or a name with an accent
 // would not find its own key again.
-std::string toUtf8(std::string_view bytes) {
+std::string toUtf8(std::string_view bytes, bool cp1252) {
+    if (!cp1252)
+        return std::string(bytes);
     std::string utf8 = nv::utf8FromCp1252(std::string(bytes));
     NVFUZZ_CHECK(nv::cp1252FromUtf8(utf8) == bytes, std::string(bytes));
     return utf8;
 }
 
+std::size_t characters(const std::string& utf8) {
+    std::size_t n = 0;
+    for (std::size_t i = 0; i < utf8.size(); ++n)
+        nv::decodeUtf8(utf8, i);
+    return n;
+}
+
 // Names and values as a reader would pick them out of the text; only where to write and what,
 // not what the store must answer.
-void scan(const std::string& text, std::vector<Pair>& pairs, std::vector<std::string>& values,
+void scan(const std::string& file, std::vector<Pair>& pairs, std::vector<std::string>& values,
           std::vector<std::string>& sections) {
+    const nv::ProfileCharset charset = nv::charsetOf(file);
+    const bool cp1252 = charset == nv::ProfileCharset::Cp1252;
+    const std::string text =
+        charset == nv::ProfileCharset::Utf16Le || charset == nv::ProfileCharset::Utf16Be
+            ? nv::utf8FromUtf16(file, charset == nv::ProfileCharset::Utf16Be)
+            : file;
     std::string section;
     bool inSection = false;
     std::size_t pos = 0;
     while (pos < text.size()) {
-        std::size_t nl = text.find('\n', pos);
+        std::size_t end = text.find_first_of("\r\n", pos);
         std::string_view line(text.data() + pos,
-                              (nl == std::string::npos ? text.size() : nl) - pos);
-        pos = nl == std::string::npos ? text.size() : nl + 1;
-        if (!line.empty() && line.back() == '\r')
-            line.remove_suffix(1);
+                              (end == std::string::npos ? text.size() : end) - pos);
+        pos = end == std::string::npos ? text.size() : end + 1;
         std::string_view t = trimmed(line);
         if (!t.empty() && t.front() == '[' && t.find(']') != std::string_view::npos) {
-            section = toUtf8(trimmed(t.substr(1, t.find(']') - 1)));
+            section = toUtf8(trimmed(t.substr(1, t.find(']') - 1)), cp1252);
             inSection = true;
             if (sections.size() < kMaxPairs)
                 sections.push_back(section);
@@ -81,9 +95,9 @@ void scan(const std::string& text, std::vector<Pair>& pairs, std::vector<std::st
         if (eq == std::string_view::npos)
             continue;
         if (values.size() < kMaxPairs)
-            values.push_back(toUtf8(line.substr(eq + 1)));
+            values.push_back(toUtf8(line.substr(eq + 1), cp1252));
         if (inSection && pairs.size() < kMaxPairs)
-            pairs.push_back({section, toUtf8(trimmed(line.substr(0, eq)))});
+            pairs.push_back({section, toUtf8(trimmed(line.substr(0, eq)), cp1252)});
     }
 }
 
@@ -92,18 +106,18 @@ bool hasAny(const std::string& s, const char* bytes) {
 }
 
 // A write whose value must read back exactly as written: names that form their own header
-// and key line, a value without blanks or quotes around it, all within the code page.
+// and key line, a value without blanks or quotes around it, all in valid UTF-8.
 bool readsBack(const Write& w) {
     const std::string& s = w.at.section;
     const std::string& k = w.at.key;
     const std::string& v = w.value;
     for (const std::string* text : {&s, &k, &v})
-        if (hasAny(*text, "\r\n\0") || nv::utf8FromCp1252(nv::cp1252FromUtf8(*text)) != *text)
+        if (hasAny(*text, "\r\n\0") || !nv::isValidUtf8(*text))
             return false;
     if (s.find(']') != std::string::npos || trimmed(s) != s || k.find('=') != std::string::npos ||
         trimmed(k) != k || (!k.empty() && k.front() == '['))
         return false;
-    if (trimmed(v) != v || nv::cp1252FromUtf8(v).size() > 254)
+    if (trimmed(v) != v || characters(v) > 254)
         return false;
     return !(v.size() >= 2 && (v.front() == '"' || v.front() == '\'') && v.back() == v.front());
 }
@@ -162,11 +176,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
         before.push_back(read(cached, p, gSingle));
         NVFUZZ_CHECK(before.back() == read(fresh, p, gSingle), p.section + "/" + p.key);
     }
-    // At most size-1 characters of the code page.
+    // At most size-1 characters, and whatever the file, valid UTF-8 for the program.
     if (!pairs.empty()) {
         std::size_t cut = size % 8;
         std::string part = read(cached, pairs.front(), gSingle, cut);
-        NVFUZZ_CHECK(cut == 0 ? part.empty() : nv::cp1252FromUtf8(part).size() < cut, part);
+        NVFUZZ_CHECK(cut == 0 ? part.empty() : characters(part) < cut, part);
+        NVFUZZ_CHECK(nv::isValidUtf8(read(cached, pairs.front(), gSingle)), part);
     }
 
     // Values of one line go to the key of another, a key new to its section, a new section,
@@ -199,18 +214,24 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
 
     // The text model alone, in memory, meets the same writes: it renders what it read byte for
     // byte, tells whether a store changed the text, and answers as the text it renders reads.
-    nv::ProfileText model(text);
+    nv::ProfileDocument model(text);
     NVFUZZ_CHECK(model.render() == text, text);
+    const nv::ProfileCharset charset = model.charset();
     std::vector<std::string> backs;
     bool allReadBack = true;
     for (const Write& w : writes) {
-        const std::string section = nv::cp1252FromUtf8(w.at.section);
-        const std::string key = nv::cp1252FromUtf8(w.at.key);
         const std::string was = model.render();
-        const bool changed = model.set(section, key, nv::cp1252FromUtf8(w.value));
+        const bool changed = model.set(w.at.section, w.at.key, w.value);
         const std::string now = model.render();
         NVFUZZ_CHECK(changed == (now != was), w.value);
-        NVFUZZ_CHECK(model.find(section, key) == nv::ProfileText(now).find(section, key), key);
+        NVFUZZ_CHECK(model.find(w.at.section, w.at.key) ==
+                         nv::ProfileDocument(now).find(w.at.section, w.at.key),
+                     w.at.key);
+        // A file keeps its character set; only Windows-1252 may give way to UTF-8.
+        NVFUZZ_CHECK(nv::charsetOf(now) == charset ||
+                         (charset == nv::ProfileCharset::Cp1252 &&
+                          nv::charsetOf(now) == nv::ProfileCharset::Utf8),
+                     now);
         NVFUZZ_CHECK(cached.writeString(w.at.section, w.at.key, w.value, gSingle), w.value);
         std::string back = read(cached, w.at, gSingle);
         NVFUZZ_CHECK(back == read(fresh, w.at, gSingle), w.at.section + "/" + w.at.key);

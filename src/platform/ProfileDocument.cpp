@@ -37,7 +37,12 @@ void ProfileDocument::parse(const std::string& bytes) {
 std::string ProfileDocument::render() const {
     if (isUtf16(charset_))
         return utf16FromUtf8(text_.render(), charset_ == ProfileCharset::Utf16Be) + oddByte_;
-    return text_.render();
+    std::string bytes = text_.render();
+    // A store may have replaced the only line that was no UTF-8; read again, the file would
+    // then be taken for UTF-8 and its other letters would change. It is written in UTF-8.
+    if (inCp1252() && charsetOf(bytes) == ProfileCharset::Utf8)
+        return utf8FromCp1252(bytes);
+    return bytes;
 }
 
 std::optional<std::string> ProfileDocument::find(const std::string& section,

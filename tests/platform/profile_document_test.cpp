@@ -63,6 +63,12 @@ TEST(ProfileDocument, KeepsAWindowsFileInItsCodePageWhereItCan) {
     EXPECT_EQ(again.charset(), ProfileCharset::Utf8);
     EXPECT_EQ(again.find("Basic settings", "dirfrom"), "C:\\Donn" + kE + "es\\");
     EXPECT_EQ(again.find("Backupfiles", "BackUpfile3"), "C:\\" + kLodz + "\\NV.ini");
+
+    // A store over the one line that was no UTF-8 must not change what the other lines say.
+    ProfileDocument mixed("[S]\r\nA=\xC3\xA9\r\nB=\xFF\r\n");
+    EXPECT_EQ(mixed.find("S", "A"), "\xC3\x83\xC2\xA9");
+    EXPECT_TRUE(mixed.set("S", "B", "x"));
+    EXPECT_EQ(ProfileDocument(mixed.render()).find("S", "A"), "\xC3\x83\xC2\xA9");
 }
 
 TEST(ProfileDocument, KeepsAUtf8FileInUtf8WithNamesOfAnyCase) {
