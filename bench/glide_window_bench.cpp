@@ -2,7 +2,7 @@
 // the display the program is given (run it under xvfb-run for an X server without a screen).
 #include "mainwindow/qt/FrmMain.h"
 #include "mainwindow/qt/ShapeControl.h"
-#include "platform/NativeForm.h"
+#include "platform/DriveFormConversion.h"
 #include "platform/Platform.h"
 #include "startup/AppSettings.h"
 

@@ -10,8 +10,8 @@
 #include "platform/Platform.h"
 #include "platform/Wildcard.h"
 #include "platform/posix/DriveTable.h"
-#include "platform/posix/NativePath.h"
 #include "platform/posix/PosixFileSystem.h"
+#include "platform/posix/PosixPathResolution.h"
 #include "startup/Paths.h"
 
 #include <cstdint>

@@ -1,7 +1,7 @@
 #include "platform/posix/PosixProfileStore.h"
 
 #include "platform/Cp1252.h"
-#include "platform/NativeForm.h"
+#include "platform/DriveFormConversion.h"
 #include "platform/posix/DriveTable.h"
 
 #include <cerrno>

@@ -1,4 +1,4 @@
-#include "platform/posix/NativePath.h"
+#include "platform/posix/PosixPathResolution.h"
 
 #include "platform/FailureText.h"
 #include "platform/posix/FolderIndex.h"
