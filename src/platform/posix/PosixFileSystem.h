@@ -2,6 +2,7 @@
 
 #include "platform/FileSystem.h"
 #include "platform/posix/DriveTable.h"
+#include "platform/posix/ErrnoFailures.h"
 #include "platform/posix/FolderIndex.h"
 #include "platform/posix/PosixPathResolution.h"
 
