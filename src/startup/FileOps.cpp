@@ -28,5 +28,11 @@ void subDeleteByPattern(const std::string& spec) {
 void subRemoveFolder(const std::string& path) {
     platform().files->removeFolder(path);
 }
+std::vector<std::string> fListFolders(const std::string& folder) {
+    return platform().files->listFolders(folder);
+}
+std::vector<std::string> fListFiles(const std::string& folder, const std::string& pattern) {
+    return platform().files->listFiles(folder, pattern);
+}
 
 } // namespace nv

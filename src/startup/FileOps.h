@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace nv {
 
@@ -14,5 +15,9 @@ void subDeleteFile(const std::string& path);
 void subMakeFolder(const std::string& path);
 void subDeleteByPattern(const std::string& spec);
 void subRemoveFolder(const std::string& path);
+// The names of a folder's subfolders and of its plain files matching pattern, sorted without
+// regard to case; hidden ones are left out.
+std::vector<std::string> fListFolders(const std::string& folder);
+std::vector<std::string> fListFiles(const std::string& folder, const std::string& pattern);
 
 } // namespace nv
