@@ -4,7 +4,7 @@
 //
 //     backup_bench [work folder]
 #include "backup/CopyBatch.h"
-#include "platform/NativeForm.h"
+#include "platform/DriveFormConversion.h"
 #include "platform/Platform.h"
 
 #include <algorithm>

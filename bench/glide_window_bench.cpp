@@ -1,9 +1,9 @@
 // Prints how long the wizard's highlight takes to glide to step 2 in its 1000 painted steps, on
 // the display the program is given (run it under xvfb-run for an X server without a screen).
 #include "mainwindow/qt/FrmMain.h"
-#include "mainwindow/qt/ShapeControl.h"
-#include "platform/NativeForm.h"
+#include "platform/DriveFormConversion.h"
 #include "platform/Platform.h"
+#include "restore/qt/ShapeControl.h"
 #include "startup/AppSettings.h"
 
 #include <QApplication>

@@ -2,8 +2,8 @@
 // drive whose root holds 10,000 files, one add and one remove on a list of 32,767 rows, and the
 // share of a core the idle program takes.
 #include "mainwindow/qt/FrmMain.h"
+#include "platform/DriveFormConversion.h"
 #include "platform/MessageBoxes.h"
-#include "platform/NativeForm.h"
 #include "platform/Platform.h"
 #include "platform/posix/DriveTable.h"
 #include "startup/AppSettings.h"

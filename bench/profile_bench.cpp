@@ -3,7 +3,7 @@
 //
 //   profile_bench [seconds]   the time allowed to each unbatched write-back (default 60)
 
-#include "platform/NativeForm.h"
+#include "platform/DriveFormConversion.h"
 #include "platform/Platform.h"
 
 #include <chrono>

@@ -1,6 +1,6 @@
 // Prints how long the start-up takes over settings files with long lists, and how long one
 // whole list takes to write back key by key, as a window operation does.
-#include "platform/NativeForm.h"
+#include "platform/DriveFormConversion.h"
 #include "platform/Platform.h"
 #include "production/KnownFile.h"
 #include "startup/AppSettings.h"

@@ -6,12 +6,12 @@
 #include "FuzzFolder.h"
 
 #include "backup/BackupRun.h"
+#include "platform/CaseFold.h"
 #include "platform/FileFailure.h"
 #include "platform/Platform.h"
-#include "platform/Wildcard.h"
 #include "platform/posix/DriveTable.h"
-#include "platform/posix/NativePath.h"
 #include "platform/posix/PosixFileSystem.h"
+#include "platform/posix/PosixPathResolution.h"
 #include "startup/Paths.h"
 
 #include <cstdint>

@@ -2,10 +2,10 @@
 
 #include "backup/CopyBatch.h"
 
+#include "platform/CaseFold.h"
 #include "platform/DateText.h"
 #include "platform/FailureText.h"
 #include "platform/Platform.h"
-#include "platform/Wildcard.h"
 #include "startup/AppSettings.h"
 #include "startup/FileOps.h"
 #include "startup/MsgBox.h"

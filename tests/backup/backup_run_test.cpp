@@ -1,5 +1,5 @@
 #include "backup/BackupRunFixture.h"
-#include "platform/NativeForm.h"
+#include "platform/DriveFormConversion.h"
 
 #include <chrono>
 #include <fstream>

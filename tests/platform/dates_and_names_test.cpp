@@ -1,3 +1,4 @@
+#include "platform/CaseFold.h"
 #include "platform/DateText.h"
 #include "platform/Wildcard.h"
 

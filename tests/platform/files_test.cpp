@@ -1,7 +1,7 @@
 // The file operations both file systems must keep alike: what matches, what a copy and a move
 // leave, how listings read, and the failure number each refusal carries.
+#include "platform/CaseFold.h"
 #include "platform/FileFailure.h"
-#include "platform/Wildcard.h"
 #include "startup/FileOps.h"
 #include "support/FailureOf.h"
 #include "support/TestMachine.h"

@@ -1,4 +1,4 @@
-#include "platform/NativeForm.h"
+#include "platform/DriveFormConversion.h"
 #include "production/KnownFile.h"
 #include "startup/AppSettings.h"
 #include "support/TestMachine.h"

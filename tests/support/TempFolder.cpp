@@ -1,6 +1,6 @@
 #include "support/TempFolder.h"
 
-#include "platform/NativeForm.h"
+#include "platform/DriveFormConversion.h"
 
 #include <atomic>
 #include <chrono>

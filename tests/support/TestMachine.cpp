@@ -1,7 +1,7 @@
 #include "support/TestMachine.h"
 
 #include "platform/DateText.h"
-#include "platform/NativeForm.h"
+#include "platform/DriveFormConversion.h"
 #include "startup/AppSettings.h"
 
 #include <fstream>

@@ -1,6 +1,6 @@
 #include "backup/qt/FrmCopy.h"
-#include "backup/qt/QtBackupWindows.h"
 #include "mainwindow/qt/FrmMain.h"
+#include "mainwindow/qt/FrmMainBackupWindows.h"
 #include "platform/FailureText.h"
 #include "platform/qt/Twips.h"
 #include "support/FailureOf.h"
@@ -42,7 +42,7 @@ protected:
 
     nvtest::TestMachine machine;
     FrmMain main;
-    QtBackupWindows windows{main};
+    FrmMainBackupWindows windows{main};
 };
 
 TEST_F(CopyWindowTest, AtLoadTheWindowShowsItsTextsAndPlaysTheClipFoundInAnyLetters) {
