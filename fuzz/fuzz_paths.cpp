@@ -330,7 +330,7 @@ extern "C" int LLVMFuzzerInitialize(int*, char***) {
     p.files = &files;
     p.drives = &table;
     p.boxes = &boxes;
-    nv::platform() = p;
+    static nv::ScopedPlatform installed(p);
     return 0;
 }
 

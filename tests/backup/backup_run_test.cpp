@@ -316,7 +316,7 @@ public:
 TEST(FullPath, MirrorsTheLastFolderOfTheSource) {
     TestMachine machine;
     NamingFiles files;
-    platform().files = &files;
+    ScopedPlatformPart<FileSystem> useFiles(&Platform::files, &files);
     const std::string b = "E:\\Backup2026-11-17";
     files.folders.insert(b);
     const std::pair<std::string, std::string> examples[] = {

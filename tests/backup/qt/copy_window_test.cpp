@@ -27,8 +27,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-const fs::path kShippedClip =
-    fs::path(__FILE__).parent_path() / "../../../assets/install/FILECOPY.GIF";
+const fs::path kShippedClip = fs::path(NV_SOURCE_DIR) / "assets/install/FILECOPY.GIF";
 
 // The program runs from a folder of its own, with the clip beside it.
 class CopyWindowTest : public ::testing::Test {
