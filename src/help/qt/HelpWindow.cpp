@@ -4,6 +4,7 @@
 
 #include <QHBoxLayout>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QListWidget>
 #include <QPushButton>
 #include <QSplitter>
@@ -35,7 +36,7 @@ QVariant HelpBrowser::loadResource(int type, const QUrl& name) {
     return {};
 }
 
-HelpWindow::HelpWindow(QWidget* parent) : QWidget(parent, Qt::Window) {
+HelpWindow::HelpWindow(QWidget* parent) : QMainWindow(parent) {
     setObjectName("HelpWindow");
     setWindowTitle("Help - Norvale Backup");
     resize(980, 720);
@@ -74,7 +75,9 @@ HelpWindow::HelpWindow(QWidget* parent) : QWidget(parent, Qt::Window) {
     buttons->addWidget(back);
     buttons->addWidget(forward);
     buttons->addStretch();
-    auto* layout = new QVBoxLayout(this);
+    auto* central = new QWidget;
+    setCentralWidget(central);
+    auto* layout = new QVBoxLayout(central);
     layout->addLayout(buttons);
     layout->addWidget(splitter, 1);
 
@@ -127,6 +130,14 @@ bool HelpWindow::load(std::unique_ptr<ChmArchive> archive) {
     showPage(topics.front().page);
     page->clearHistory();
     return true;
+}
+
+void HelpWindow::keyPressEvent(QKeyEvent* event) {
+    // Escape closes it, as it closes the program's other side windows.
+    if (event->key() == Qt::Key_Escape)
+        close();
+    else
+        QMainWindow::keyPressEvent(event);
 }
 
 void HelpWindow::showPage(const QString& local) {

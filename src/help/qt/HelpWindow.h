@@ -2,8 +2,8 @@
 
 #include "help/qt/ChmArchive.h"
 
+#include <QMainWindow>
 #include <QTextBrowser>
-#include <QWidget>
 
 #include <memory>
 
@@ -25,7 +25,7 @@ private:
 };
 
 // The help window: the contents and the index beside the page, with back and forward.
-class HelpWindow : public QWidget {
+class HelpWindow : public QMainWindow {
 public:
     explicit HelpWindow(QWidget* parent = nullptr);
 
@@ -38,6 +38,9 @@ public:
     HelpBrowser* page;
     QPushButton* back;
     QPushButton* forward;
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
 
 private:
     void showPage(const QString& local);
