@@ -39,7 +39,7 @@ QVariant HelpBrowser::loadResource(int type, const QUrl& name) {
 HelpWindow::HelpWindow(QWidget* parent) : QMainWindow(parent) {
     setObjectName("HelpWindow");
     setWindowTitle("Help - Norvale Backup");
-    resize(980, 720);
+    resize(1120, 760);
 
     back = new QPushButton("< &Terug");
     back->setObjectName("HelpBack");
@@ -54,6 +54,9 @@ HelpWindow::HelpWindow(QWidget* parent) : QMainWindow(parent) {
     contents->setObjectName("HelpContents");
     contents->setAccessibleName("Inhoud");
     contents->header()->hide();
+    // Whole titles, with a scroll bar when the pane is narrower than they are.
+    contents->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    contents->header()->setStretchLastSection(false);
     index = new QListWidget;
     index->setObjectName("HelpIndex");
     index->setAccessibleName("Index");
@@ -69,7 +72,7 @@ HelpWindow::HelpWindow(QWidget* parent) : QMainWindow(parent) {
     splitter->addWidget(tabs);
     splitter->addWidget(page);
     splitter->setStretchFactor(1, 1);
-    splitter->setSizes({260, 720});
+    splitter->setSizes({370, 750});
 
     auto* buttons = new QHBoxLayout;
     buttons->addWidget(back);
