@@ -29,6 +29,7 @@ done < <(grep -v '^#' scripts/lib/sample-files.txt)
 
 # The program lives in the demo's program folder, as it would beside the host product.
 install -m 0755 build/dev/src/norvale-backup "$program/norvale-backup"
+install -m 0644 "build/dev/src/NV BU tool.chm" "$program/NV BU tool.chm"
 if [ -d assets/install ]; then
     cp -r assets/install/. "$program/"
 fi

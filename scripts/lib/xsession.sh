@@ -56,14 +56,15 @@ mapfile -t sample_files < <(grep -v '^#' scripts/lib/sample-files.txt | cut -d '
 
 make_install() {
     local dir="$1" name i
-    mkdir -p "$dir/c/Norvale" "$dir/stick/Backup 16-11-2026"
+    mkdir -p "$dir/c/Norvale" "$dir/stick/Backup2026-11-16"
     for name in "${sample_files[@]}"; do
         for i in 1 2 3 4 5; do
             printf 'Demo %s regel %d\r\n' "$name" "$i"
         done >"$dir/c/Norvale/$name"
-        cp "$dir/c/Norvale/$name" "$dir/stick/Backup 16-11-2026/"
+        cp "$dir/c/Norvale/$name" "$dir/stick/Backup2026-11-16/"
     done
     install -m 0755 "$program" "$dir/c/Norvale/norvale-backup"
+    install -m 0644 "$(dirname "$program")/NV BU tool.chm" "$dir/c/Norvale/NV BU tool.chm"
     # The files that go beside the program, as the copy clip; the demo install has them too.
     cp -r "$root/assets/install/." "$dir/c/Norvale/"
 }

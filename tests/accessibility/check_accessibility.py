@@ -40,6 +40,9 @@ with open(SAMPLE_LIST) as sample_list:
 SETTINGS_FILE = "NVbackuptool.ini"
 
 MAIN_TITLE = "Norvale Backup & Restore "
+HELP_TITLE = "Help - Norvale Backup"
+HELP_FILE = "NV BU tool.chm"
+HELP_HEADING = "Norvale Backup: gebruikershandleiding"
 APP_NAME = "Norvale Backup"
 
 # Role and accessible name of the controls a user works the main window with.
@@ -142,6 +145,7 @@ class Session:
             with open(os.path.join(self.program_dir, name), "wb") as f:
                 f.write(b"".join(f"Demo {name} regel {i}\r\n".encode() for i in range(1, 6)))
         shutil.copy2(program, os.path.join(self.program_dir, "norvale-backup"))
+        shutil.copy2(os.path.join(os.path.dirname(program), HELP_FILE), self.program_dir)
 
         for name in ("XDG_RUNTIME_DIR", "XDG_CONFIG_HOME", "XDG_CACHE_HOME"):
             self.env[name] = os.path.join(self.folder, name.lower())
@@ -279,6 +283,38 @@ def check_about(report, app, frame, version):
                      "OK closes the About window")
 
 
+def key(keysym):
+    pyatspi.Registry.generateKeyboardEvent(keysym, None, pyatspi.KEY_SYM)
+
+
+def check_help(report, app):
+    key(0xFFBE)  # F1
+    helps = wait(lambda: windows(app, "frame", HELP_TITLE), WINDOW_TIMEOUT)
+    if not report.check(len(helps) == 1, f"F1 opens the help window '{HELP_TITLE}'",
+                        f"windows are {window_list(app)}"):
+        return
+    help_window = helps[0]
+    pages = [acc for acc in find_all(help_window, None, "Helptekst") if showing(acc)]
+    shown = safe(lambda: pages[0].queryText().getText(0, -1), "") if pages else ""
+    report.check(shown.startswith(HELP_HEADING),
+                 f"the help window shows the guide's first heading '{HELP_HEADING}'",
+                 f"it reads {shown[:80]!r}")
+    contents = [acc for acc in find_all(help_window, None, "Inhoud") if showing(acc)]
+    report.check(bool(contents) and HELP_HEADING in texts(contents[0]),
+                 "the help window's contents name the guide's first page")
+    for name in ("Terug", "Vooruit"):
+        report.check(len(find_all(help_window, "push button", name)) == 1,
+                     f"the help window has a button '{name}'")
+    unnamed = [role for acc in descendants(help_window)
+               if (role := safe(acc.getRoleName)) in NAMED_ROLES and showing(acc)
+               and not (safe(lambda: acc.name) or "").strip()]
+    report.check(not unnamed, "every control of the help window has a name",
+                 f"unnamed: {unnamed}")
+    key(0xFF1B)  # Escape
+    report.check(wait(lambda: not windows(app, "frame", HELP_TITLE), WINDOW_TIMEOUT),
+                 "Escape closes the help window")
+
+
 def check_exit(report, frame, program):
     item = find_all(frame, "menu item", "Afsluiten")
     if not report.check(len(item) == 1, "menu item 'Afsluiten' exists"):
@@ -309,6 +345,7 @@ def run_checks(report, session, version):
 
     frame = check_main_window(report, app, version)
     check_menus(report, frame)
+    check_help(report, app)
     check_about(report, app, frame, version)
     check_exit(report, frame, program)
 
