@@ -1,5 +1,5 @@
 #include "startup/Main.h"
-#include "help/qt/ShowHelp.h"
+#include "platform/qt/ShowHelp.h"
 #include "mainwindow/qt/StartWindows.h"
 #include "platform/Platform.h"
 #include "platform/qt/HelpKey.h"

@@ -1,8 +1,8 @@
-#include "help/qt/ShowHelp.h"
+#include "platform/qt/ShowHelp.h"
 
-#include "help/qt/HelpWindow.h"
+#include "platform/qt/HelpWindow.h"
 #include "platform/FileFailure.h"
-#include "platform/NativeForm.h"
+#include "platform/DriveFormConversion.h"
 #include "startup/MsgBox.h"
 
 #include <QApplication>

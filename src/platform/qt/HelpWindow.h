@@ -1,6 +1,6 @@
 #pragma once
 
-#include "help/qt/ChmArchive.h"
+#include "platform/qt/ChmArchive.h"
 
 #include <QMainWindow>
 #include <QTextBrowser>

@@ -1,5 +1,5 @@
-#include "help/qt/HelpWindow.h"
-#include "help/qt/ShowHelp.h"
+#include "platform/qt/HelpWindow.h"
+#include "platform/qt/ShowHelp.h"
 #include "mainwindow/qt/FrmMain.h"
 #include "mainwindow/qt/TargetLists.h"
 #include "platform/qt/HelpKey.h"

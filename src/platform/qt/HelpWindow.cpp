@@ -1,6 +1,6 @@
-#include "help/qt/HelpWindow.h"
+#include "platform/qt/HelpWindow.h"
 
-#include "help/qt/HelpSitemap.h"
+#include "platform/qt/HelpSitemap.h"
 
 #include <QHBoxLayout>
 #include <QHeaderView>

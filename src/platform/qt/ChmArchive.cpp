@@ -1,4 +1,4 @@
-#include "help/qt/ChmArchive.h"
+#include "platform/qt/ChmArchive.h"
 
 #include <QFile>
 

@@ -1,4 +1,4 @@
-#include "help/qt/HelpSitemap.h"
+#include "platform/qt/HelpSitemap.h"
 
 #include <QRegularExpression>
 #include <QTextDocumentFragment>
