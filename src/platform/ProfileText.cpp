@@ -1,5 +1,7 @@
 #include "platform/ProfileText.h"
 
+#include "platform/CaseFold.h"
+
 #include <string_view>
 
 namespace nv {
@@ -33,34 +35,6 @@ unsigned char foldByte(unsigned char c) {
     if (c == 0xFF)
         return 0x9F;
     return c;
-}
-
-// Upper case of a UTF-8 name: ASCII, Latin-1 and Latin Extended-A, whose pairs keep the length
-// of their sequence.
-void foldUtf8(std::string& s) {
-    for (std::size_t i = 0; i < s.size(); ++i) {
-        auto c = static_cast<unsigned char>(s[i]);
-        if (c >= 'a' && c <= 'z') {
-            s[i] = static_cast<char>(c - 32);
-            continue;
-        }
-        if ((c != 0xC3 && c != 0xC4 && c != 0xC5) || i + 1 == s.size())
-            continue;
-        auto next = static_cast<unsigned char>(s[i + 1]);
-        if ((next & 0xC0) != 0x80)
-            continue;
-        char32_t u = static_cast<char32_t>((c & 0x1F) << 6 | (next & 0x3F));
-        bool lower =
-            (u >= 0xE0 && u <= 0xFE && u != 0xF7) || (u >= 0x100 && u <= 0x137 && u % 2 == 1) ||
-            (u >= 0x139 && u <= 0x148 && u % 2 == 0) || (u >= 0x14A && u <= 0x177 && u % 2 == 1) ||
-            (u >= 0x179 && u <= 0x17E && u % 2 == 0);
-        if (lower) {
-            u -= u < 0x100 ? 0x20 : 1;
-            s[i] = static_cast<char>(0xC0 | (u >> 6));
-            s[i + 1] = static_cast<char>(0x80 | (u & 0x3F));
-        }
-        ++i;
-    }
 }
 
 // The name of a section header line, or nothing when the line is not one.
@@ -104,10 +78,8 @@ const std::string_view kUtf8Mark = "\xEF\xBB\xBF";
 
 std::string ProfileText::fold(std::string_view name) const {
     std::string out(name);
-    if (utf8_) {
-        foldUtf8(out);
-        return out;
-    }
+    if (utf8_)
+        return upperCase(out);
     for (char& c : out)
         c = static_cast<char>(foldByte(static_cast<unsigned char>(c)));
     return out;

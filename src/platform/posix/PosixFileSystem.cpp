@@ -1,5 +1,6 @@
 #include "platform/posix/PosixFileSystem.h"
 
+#include "platform/CaseFold.h"
 #include "platform/FailureText.h"
 #include "platform/Wildcard.h"
 #include "platform/posix/PosixIo.h"

@@ -2,8 +2,9 @@
 
 #include "platform/FileSystem.h"
 #include "platform/posix/DriveTable.h"
+#include "platform/posix/ErrnoFailures.h"
 #include "platform/posix/FolderIndex.h"
-#include "platform/posix/NativePath.h"
+#include "platform/posix/PosixPathResolution.h"
 
 #include <cstdint>
 #include <map>

@@ -2,8 +2,9 @@
 
 #include "platform/ProfileDocument.h"
 #include "platform/Utf8.h"
-#include "platform/posix/NativePath.h"
+#include "platform/posix/DriveTable.h"
 #include "platform/posix/PosixIo.h"
+#include "platform/posix/PosixPathResolution.h"
 
 #include <cerrno>
 #include <cstdint>

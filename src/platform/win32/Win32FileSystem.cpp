@@ -1,7 +1,9 @@
 #include "platform/win32/Win32FileSystem.h"
 
+#include "platform/CaseFold.h"
 #include "platform/FailureText.h"
 #include "platform/Wildcard.h"
+#include "platform/win32/Win32ErrorFailures.h"
 #include "platform/win32/Win32Text.h"
 
 #include <windows.h>

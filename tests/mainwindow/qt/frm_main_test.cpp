@@ -1,7 +1,6 @@
 #include "mainwindow/qt/FrmMain.h"
 #include "mainwindow/qt/StartWindows.h"
 #include "mainwindow/qt/TargetLists.h"
-#include "platform/qt/HelpKey.h"
 #include "production/KnownFile.h"
 #include "startup/Settings.h"
 #include "support/ProgramFolder.h"
@@ -129,21 +128,6 @@ TEST_F(FrmMainTest, AnEmptyTargetDriveIsADriveThatIsNotThere) {
     EXPECT_EQ(window.LblStation->text(), "");
     EXPECT_EQ(buttonState(window), "11110111");
     EXPECT_EQ(fReadIni(AppSettings.strIniFile, kSectionBasic, "DriveTarget", "?"), "E:");
-}
-
-TEST_F(FrmMainTest, TheHelpMenuAndF1BothOpenTheHelpFile) {
-    App.HelpFile = "C:\\Program\\NV BU tool.chm";
-    HelpKey help;
-    qApp->installEventFilter(&help);
-    FrmMain window;
-    window.Form_Load();
-    window.show();
-    window.MoHelp->trigger();
-    QCoreApplication::processEvents();
-    QTest::keyClick(window.LstSelectedFiles, Qt::Key_F1);
-    QCoreApplication::processEvents();
-    qApp->removeEventFilter(&help);
-    EXPECT_EQ(machine.shell.opened, (std::vector<std::string>{App.HelpFile, App.HelpFile}));
 }
 
 TEST_F(FrmMainTest, ClosingTheMainWindowEndsTheProgramOnlyAfterTheSplash) {
