@@ -191,12 +191,17 @@ TEST_F(MainTest, OldStyleLineEndsAreReadAsLinesAndKeptWhereUntouched) {
     EXPECT_EQ(s.DriveTarget, "E:");
     EXPECT_EQ(s.Directory, 1);
     EXPECT_EQ(s.LastBackup, dateFromCivil({2026, 11, 1}));
+#ifndef _WIN32
     // The start stores the count and the folder again: those two lines now end in CR LF, and
     // every other byte stays.
     std::string expected = content;
     for (const std::string& line : {std::string("AantalFiles=10\r"), "dirfrom=" + p + "\r"})
         expected.insert(expected.find(line) + line.size(), "\n");
     EXPECT_EQ(settingsFile(), expected);
+#else
+    // The home platform's own services leave a line whose value they store unchanged as it was.
+    EXPECT_EQ(settingsFile(), content);
+#endif
 }
 
 TEST_F(MainTest, ASettingsFileThatCannotBeStoredIsToldOnce) {
