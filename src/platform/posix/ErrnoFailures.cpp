@@ -33,6 +33,9 @@ FileFailure failureFromErrno(int err, const std::string&) {
         break;
     case EROFS:
         return writeProtectedFailure();
+    case EFBIG:
+        number = kFailFileTooLarge;
+        break;
     case EIO:
         number = kFailDeviceIo;
         break;
