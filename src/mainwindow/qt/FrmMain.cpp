@@ -5,6 +5,7 @@
 #include "mainwindow/StatusTexts.h"
 #include "mainwindow/qt/FrmMainBackupWindows.h"
 #include "mainwindow/qt/MainWindowKit.h"
+#include "mainwindow/qt/SelectedFilesList.h"
 #include "mainwindow/qt/TargetLists.h"
 #include "platform/FailureText.h"
 #include "platform/FileFailure.h"
@@ -107,7 +108,7 @@ void FrmMain::buildControls(QWidget* canvas) {
     Label1->setAlignment(Qt::AlignLeft | Qt::AlignTop);
 
     LstSelectedFiles =
-        named(new QListWidget(canvas), "LstSelectedFiles", "Geselecteerde bestanden");
+        named(new SelectedFilesList(canvas), "LstSelectedFiles", "Geselecteerde bestanden");
     LstSelectedFiles->setGeometry(twipsRect(240, 1080, 9375, 2010));
     LstSelectedFiles->setSelectionMode(QAbstractItemView::ExtendedSelection);
 
