@@ -47,8 +47,8 @@ void colourText(QWidget* widget, const QColor& colour) {
     widget->setPalette(palette);
 }
 
-QPushButton* button(QWidget* parent, const char* name, const QString& caption, QRect where,
-                    bool bold = false) {
+WrappingButton* button(QWidget* parent, const char* name, const QString& caption, QRect where,
+                       bool bold = false) {
     auto* made = named(new WrappingButton(caption, parent), name, {});
     made->setGeometry(where);
     if (bold)
@@ -112,10 +112,11 @@ void FrmMain::buildControls(QWidget* canvas) {
     LstSelectedFiles->setGeometry(twipsRect(240, 1080, 9375, 2010));
     LstSelectedFiles->setSelectionMode(QAbstractItemView::ExtendedSelection);
 
-    Cmd_Backup = button(canvas, "Cmd_Backup", "Back Up", twipsRect(240, 3240, 2175, 495), true);
-    QPalette green = Cmd_Backup->palette();
-    green.setColor(QPalette::Button, QColor(0, 192, 0));
-    Cmd_Backup->setPalette(green);
+    WrappingButton* backUp =
+        button(canvas, "Cmd_Backup", "Back Up", twipsRect(240, 3240, 2175, 495), true);
+    // The style would lighten a green given to the palette; the face is painted as it is.
+    backUp->setFace(QColor(0, 192, 0));
+    Cmd_Backup = backUp;
     CmdSelectFiles = button(canvas, "CmdSelectFiles", "Voeg bestand toe aan lijst",
                             twipsRect(5040, 3240, 2175, 375));
     CmdVerwijder = button(canvas, "CmdVerwijder", "Verwijder bestand uit lijst",
