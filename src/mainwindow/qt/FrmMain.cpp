@@ -217,7 +217,7 @@ void FrmMain::setHeightTwips(int height) {
 void FrmMain::Form_Load() {
     auto& s = AppSettings;
     const std::function<void()> steps[] = {
-        [&] { LblStation->setText(""); },
+        [&] { setStationText(""); },
         [&] { setPanelText(2, fromStd(fVersionText("Versie "))); },
         [&] { fraDirectory->move(fraDirectory->x(), Cmd_Backup->y() + twips(1080)); },
         [&] { setHeightTwips(kMinimumHeight); },
@@ -249,7 +249,7 @@ void FrmMain::Form_Load() {
                        Icon::None);
                 return;
             }
-            LblStation->setText(fromStd(fDriveAbsentAtStartText(s.DriveTarget)));
+            setStationText(fromStd(fDriveAbsentAtStartText(s.DriveTarget)));
             subButtons(false);
             blnDriveLost = true;
         }

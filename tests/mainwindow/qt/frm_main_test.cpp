@@ -4,6 +4,7 @@
 #include "production/KnownFile.h"
 #include "startup/Settings.h"
 #include "support/ProgramFolder.h"
+#include "support/qt/SpokenNames.h"
 
 #include <QAction>
 #include <QApplication>
@@ -130,6 +131,22 @@ TEST_F(FrmMainTest, BackUpIsGreenAndItsCaptionReadsWhetherOnOrOff) {
     // Paler and greyer than when on: less saturated face, lighter caption.
     EXPECT_LT(QColor(off.face).hsvSaturation(), QColor(on.face).hsvSaturation() / 2);
     EXPECT_GT(luminance(off.caption), luminance(on.caption));
+}
+
+// A screen reader speaks each control by what it shows: with the drive there the red drive
+// label is empty and says nothing, rather than the frame's title; with it gone, its message.
+TEST_F(FrmMainTest, EveryControlIsSpokenByWhatItShows) {
+    for (const char* drive : {"E:", "Q:"}) {
+        SCOPED_TRACE(drive);
+        AppSettings.DriveTarget = drive;
+        FrmMain window;
+        window.Form_Load();
+        window.show();
+        EXPECT_EQ(window.LblStation->text().isEmpty(), std::string(drive) == "E:");
+        EXPECT_EQ(nvtest::namesNotFittingWhatTheyShow(window), std::vector<std::string>{});
+        window.CmdRestore_Click();
+        EXPECT_EQ(nvtest::namesNotFittingWhatTheyShow(window), std::vector<std::string>{});
+    }
 }
 
 TEST_F(FrmMainTest, ATargetDriveAbsentAtStartOrPulledLaterIsWatchedUntilItComesBack) {
