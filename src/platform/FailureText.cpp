@@ -30,6 +30,9 @@ std::string failureDescription(int32_t number) {
         return "Fout bij toegang tot pad of bestand";
     case kFailPathNotFound:
         return "Pad niet gevonden";
+    case kFailCopyClip:
+        return "De animatie FILECOPY.GIF ontbreekt in de map van het programma of kan niet "
+               "worden geopend. Installeer het programma opnieuw";
     default:
         return "Bestandsbewerking mislukt";
     }

@@ -15,6 +15,8 @@ enum FailureNumber : int32_t {
     kFailBadFileName = 52,
     kFailDeviceIo = 57,
     kFailSubscript = 9,
+    // The copy window's clip beside the program is missing or cannot be read.
+    kFailCopyClip = 95,
 };
 
 // What a failing file operation reports; failure paths look at Number alone.

@@ -30,12 +30,11 @@ std::string lastFolderOf(const std::string& path) {
     return before == std::string::npos ? "" : path.substr(before + 1, cut - before - 1);
 }
 
-// Bare names that more than one selected row claims for a different file.
+// Bare names that rows of the list give to more than one file. Rows that are not selected count
+// too: the one file of a flat folder may be theirs, even when a single row is to be restored.
 std::set<std::string> namesOfSeveralFiles(const RestoreList& list) {
     std::map<std::string, std::set<std::string>> paths;
     for (int row = 0; row < list.count(); ++row) {
-        if (!list.selected(row))
-            continue;
         std::string text = list.text(row);
         std::size_t cut = text.find_last_of('\\');
         std::string name = cut == std::string::npos ? text : text.substr(cut + 1);

@@ -11,6 +11,7 @@ Exit status: 0 passed, 1 failed, 77 skipped.
 import argparse
 import ctypes
 import os
+import re
 import shutil
 import signal
 import subprocess
@@ -70,6 +71,11 @@ EXIT_TIMEOUT = 5
 # the program is young.
 ACTION_REPLY_MS = 2000
 DEFAULT_TIMEOUTS_MS = (800, 15000)
+
+# Motif window-manager hints: which of the fields are given, and bits of two of them.
+MWM_HINTS_FUNCTIONS, MWM_HINTS_DECORATIONS = 0x1, 0x2
+MWM_FUNC_ALL, MWM_FUNC_MINIMIZE, MWM_FUNC_MAXIMIZE = 0x1, 0x8, 0x10
+MWM_DECOR_ALL, MWM_DECOR_TITLE, MWM_DECOR_MINIMIZE, MWM_DECOR_MAXIMIZE = 0x1, 0x8, 0x20, 0x40
 
 PR_SET_PDEATHSIG = 1
 PR_SET_CHILD_SUBREAPER = 36
@@ -201,6 +207,53 @@ def window_list(app):
     return [(safe(w.getRoleName), safe(lambda: w.name)) for w in children(app)]
 
 
+def top_level_ids(title):
+    """The X windows of the program with this title; the 1x1 group leader and helper windows
+    have no class and are left out."""
+    tree = subprocess.run(["xwininfo", "-root", "-tree"], capture_output=True, text=True).stdout
+    return [match.group(1) for match in re.finditer(r'^\s+(0x[0-9a-f]+) "(.*)": \((.+)\)', tree,
+                                                   re.MULTILINE)
+            if match.group(2) == title]
+
+
+def motif_hints(title):
+    """(flags, functions, decorations) the one window of this title asks of the window manager,
+    or None when no such window stands or it gives none."""
+    ids = top_level_ids(title)
+    if len(ids) != 1:
+        return None
+    answer = subprocess.run(["xprop", "-id", ids[0], "_MOTIF_WM_HINTS"], capture_output=True,
+                            text=True)
+    if answer.returncode != 0 or "=" not in answer.stdout:
+        return None
+    fields = [int(field, 0) for field in answer.stdout.split("=", 1)[1].split(",")]
+    return tuple(fields[:3]) if len(fields) >= 3 else None
+
+
+def function_offered(hints, bit):
+    """Whether a window manager that honours the hints lets the user do this to the window."""
+    flags, functions, _ = hints
+    return not flags & MWM_HINTS_FUNCTIONS or (
+        bool(functions & bit) != bool(functions & MWM_FUNC_ALL))
+
+
+def decoration_shown(hints, bit):
+    """Whether a window manager that honours the hints draws this part of the frame."""
+    flags, _, decorations = hints
+    return not flags & MWM_HINTS_DECORATIONS or (
+        bool(decorations & bit) != bool(decorations & MWM_DECOR_ALL))
+
+
+def no_borrowed_names(report, window, what):
+    """A label names itself by what it shows; one that is spoken by the title of the frame it
+    stands in shows nothing of its own."""
+    borrowed = [acc.name for acc in descendants(window)
+                if safe(acc.getRoleName) == "label" and showing(acc) and acc.name
+                and acc.name == safe(lambda: acc.parent.name)]
+    report.check(not borrowed, f"no label of the {what} is spoken by its frame's title",
+                 f"labels named like their frame: {borrowed}")
+
+
 # --- The checks
 
 
@@ -230,6 +283,7 @@ def check_main_window(report, app, version):
                and not (safe(lambda: acc.name) or "").strip()]
     report.check(not unnamed, "every shown control a user can reach has a name",
                  f"unnamed: {unnamed}")
+    no_borrowed_names(report, frame, "main window")
     return frame
 
 
@@ -272,6 +326,15 @@ def check_about(report, app, frame, version):
     read = texts(about)
     for text in ("Norvale Backup Tool", f"Versie {version}", "Voor vragen, mail naar:"):
         report.check(text in read, f"About window reads '{text}'", f"texts are {read}")
+
+    hints = motif_hints(about.name)
+    report.check(hints is not None
+                 and not function_offered(hints, MWM_FUNC_MINIMIZE)
+                 and not decoration_shown(hints, MWM_DECOR_MINIMIZE)
+                 and not function_offered(hints, MWM_FUNC_MAXIMIZE)
+                 and not decoration_shown(hints, MWM_DECOR_MAXIMIZE),
+                 "the About window asks for no minimise and no maximise button",
+                 f"Motif hints (flags, functions, decorations) are {hints}")
 
     mail = [b for b in find_all(about, "push button") if "@" in (b.name or "")]
     report.check(len(mail) == 1, "the mail address is a button a screen reader can press")
@@ -339,7 +402,14 @@ def run_checks(report, session, version):
     report.require(app, f"the program appears on the AT-SPI desktop within {START_TIMEOUT} s")
     print(f"      application '{app.name}' after {time.monotonic() - started:.1f} s")
 
-    # The splash stands over the main window for two seconds after the start.
+    # The splash stands over the main window for two seconds after the start, without a caption.
+    hints = motif_hints(APP_NAME)
+    if hints is None and not windows(app, "frame", APP_NAME):
+        print("      (the splash went before its hints could be read)")
+    else:
+        report.check(hints is not None and not decoration_shown(hints, MWM_DECOR_TITLE),
+                     "the splash asks for no caption bar",
+                     f"Motif hints (flags, functions, decorations) are {hints}")
     report.check(wait(lambda: not windows(app, "frame", APP_NAME), WINDOW_TIMEOUT),
                  f"the splash goes within {WINDOW_TIMEOUT} s")
 

@@ -73,12 +73,18 @@ TEST_F(RestoreRun, FilesOfOneNameComeBackOnlyFromTheSubfolderOfTheirOwnFolder) {
     EXPECT_EQ(machine.temp.read("Data/Extra/NV.ini"), "Mirror/Extra/NV.ini");
     EXPECT_EQ(machine.temp.read("Data/Norvale/NV.ini"), "Data/Norvale/NV.ini");
 
-    // Alone it is no longer in doubt, and the same path twice is one file.
-    EXPECT_EQ(restoreFrom("Flat"), kDone);
-    EXPECT_EQ(machine.temp.read("Data/Norvale/NV.ini"), "Flat/NV.ini");
-    select({"Data\\Norvale\\NV.ini", "Data\\Norvale\\NV.ini"});
+    // The row left selected is still in doubt in the flat folder, though the other row that
+    // shares its name is no longer selected; its own subfolder settles it.
+    EXPECT_EQ(restoreFrom("Flat"), kSameName);
+    EXPECT_EQ(machine.temp.read("Data/Norvale/NV.ini"), "Data/Norvale/NV.ini");
+    EXPECT_EQ(rows.flags, (std::vector<bool>{true, false, false}));
     EXPECT_EQ(restoreFrom("Mirror\\Norvale"), kDone);
     EXPECT_EQ(machine.temp.read("Data/Norvale/NV.ini"), "Mirror/Norvale/NV.ini");
+
+    // The same path twice is one file, which a flat folder holds without doubt.
+    select({"Data\\Norvale\\NV.ini", "Data\\Norvale\\NV.ini"});
+    EXPECT_EQ(restoreFrom("Flat"), kDone);
+    EXPECT_EQ(machine.temp.read("Data/Norvale/NV.ini"), "Flat/NV.ini");
 }
 
 TEST_F(RestoreRun, AFailingCopyStopsAtItsRowWithTheRowsBeforeItDone) {

@@ -67,10 +67,11 @@ void FrmCopy::Form_Load() {
     const QString path = QString::fromStdString(nativeFormOf(AppPath() + "\\" + kCopyClipName));
     auto* clip = new QMovie(path, QByteArray(), this);
     // A file that starts like a clip but breaks off before its first picture is as unusable as
-    // a missing one.
+    // a missing one. Its number is its own, so that the box speaks of the clip and not of the
+    // backup drive.
     if (!clip->isValid() || !clip->jumpToFrame(0) || clip->currentImage().isNull()) {
         delete clip;
-        throw fileFailure(kFailPathNotFound);
+        throw fileFailure(kFailCopyClip);
     }
     clip_ = clip;
     Animation1->setMovie(clip_);

@@ -16,8 +16,8 @@ class FrmCopy : public QWidget {
 public:
     explicit FrmCopy(QWidget* parent = nullptr);
 
-    // Opens the clip beside the program and plays it. Throws FileFailure when the clip is
-    // missing or cannot be read.
+    // Opens the clip beside the program and plays it. Throws FileFailure kFailCopyClip when the
+    // clip is missing or cannot be read.
     void Form_Load();
     // Stops the clip and closes the window.
     void Unload();

@@ -6,6 +6,7 @@
 #include "mainwindow/TargetRoot.h"
 #include "mainwindow/qt/FrmMainBackupWindows.h"
 #include "mainwindow/qt/MainWindowKit.h"
+#include "mainwindow/qt/SelectedFilesList.h"
 #include "mainwindow/qt/TargetLists.h"
 #include "platform/FailureText.h"
 #include "platform/FileFailure.h"
@@ -47,8 +48,8 @@ void colourText(QWidget* widget, const QColor& colour) {
     widget->setPalette(palette);
 }
 
-QPushButton* button(QWidget* parent, const char* name, const QString& caption, QRect where,
-                    bool bold = false) {
+WrappingButton* button(QWidget* parent, const char* name, const QString& caption, QRect where,
+                       bool bold = false) {
     auto* made = named(new WrappingButton(caption, parent), name, {});
     made->setGeometry(where);
     if (bold)
@@ -108,14 +109,15 @@ void FrmMain::buildControls(QWidget* canvas) {
     Label1->setAlignment(Qt::AlignLeft | Qt::AlignTop);
 
     LstSelectedFiles =
-        named(new QListWidget(canvas), "LstSelectedFiles", "Geselecteerde bestanden");
+        named(new SelectedFilesList(canvas), "LstSelectedFiles", "Geselecteerde bestanden");
     LstSelectedFiles->setGeometry(twipsRect(240, 1080, 9375, 2010));
     LstSelectedFiles->setSelectionMode(QAbstractItemView::ExtendedSelection);
 
-    Cmd_Backup = button(canvas, "Cmd_Backup", "Back Up", twipsRect(240, 3240, 2175, 495), true);
-    QPalette green = Cmd_Backup->palette();
-    green.setColor(QPalette::Button, QColor(0, 192, 0));
-    Cmd_Backup->setPalette(green);
+    WrappingButton* backUp =
+        button(canvas, "Cmd_Backup", "Back Up", twipsRect(240, 3240, 2175, 495), true);
+    // The style would lighten a green given to the palette; the face is painted as it is.
+    backUp->setFace(QColor(0, 192, 0));
+    Cmd_Backup = backUp;
     CmdSelectFiles = button(canvas, "CmdSelectFiles", "Voeg bestand toe aan lijst",
                             twipsRect(5040, 3240, 2175, 375));
     CmdVerwijder = button(canvas, "CmdVerwijder", "Verwijder bestand uit lijst",
@@ -216,7 +218,7 @@ void FrmMain::setHeightTwips(int height) {
 void FrmMain::Form_Load() {
     auto& s = AppSettings;
     const std::function<void()> steps[] = {
-        [&] { LblStation->setText(""); },
+        [&] { setStationText(""); },
         [&] { setPanelText(2, fromStd(fVersionText("Versie "))); },
         [&] { fraDirectory->move(fraDirectory->x(), Cmd_Backup->y() + twips(1080)); },
         [&] { setHeightTwips(kMinimumHeight); },
@@ -248,7 +250,7 @@ void FrmMain::Form_Load() {
                        Icon::None);
                 return;
             }
-            LblStation->setText(fromStd(fDriveAbsentAtStartText(s.DriveTarget)));
+            setStationText(fromStd(fDriveAbsentAtStartText(s.DriveTarget)));
             subButtons(false);
             blnDriveLost = true;
         }

@@ -108,6 +108,9 @@ protected:
 private:
     // The steps of a drive change; throws FileFailure at the first that fails.
     void openTargetDrive();
+    // Sets the text of LblStation, which stands hidden while it is empty: an empty label would
+    // be spoken by the title of its frame.
+    void setStationText(const QString& text);
     void buildControls(QWidget* canvas);
     void buildWizardPanel(QWidget* canvas);
     // The step of the wizard that subRestoreWizard enters; throws on a failure.

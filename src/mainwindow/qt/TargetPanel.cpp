@@ -18,12 +18,17 @@
 
 namespace nv {
 
+void FrmMain::setStationText(const QString& text) {
+    LblStation->setText(text);
+    LblStation->setHidden(text.isEmpty());
+}
+
 void FrmMain::openTargetDrive() {
     auto& s = AppSettings;
     s.DriveTarget = TargetDrive->drive().left(2).toStdString();
     TargetDirectories->setPath(fromStd(s.DriveTarget + "\\"));
     subWriteIni(s.strIniFile, kSectionBasic, "DriveTarget", s.DriveTarget);
-    LblStation->setText("");
+    setStationText("");
     subButtons(true);
 }
 
@@ -31,8 +36,8 @@ void FrmMain::TargetDrive_Change() {
     try {
         openTargetDrive();
     } catch (const FileFailure&) {
-        LblStation->setText("Station niet aangesloten of er zit geen kaart of data stick in. Sluit "
-                            "het station aan en druk op 'Ververs'\r\n");
+        setStationText("Station niet aangesloten of er zit geen kaart of data stick in. Sluit "
+                       "het station aan en druk op 'Ververs'\r\n");
         subButtons(false);
         Timer1->start();
     }
@@ -64,14 +69,14 @@ void FrmMain::Timer1_Timer() {
         }
     } catch (const FileFailure&) {
         if (LblStation->text().isEmpty())
-            LblStation->setText("U heeft het station " + TargetDrive->drive() +
-                                " ontkoppeld, sluit deze weer aan\r\n");
+            setStationText("U heeft het station " + TargetDrive->drive() +
+                           " ontkoppeld, sluit deze weer aan\r\n");
         QString caption = LblStation->text();
         if (caption.endsWith(" . . ."))
             caption.chop(6);
         else
             caption += " .";
-        LblStation->setText(caption);
+        setStationText(caption);
         blnDriveLost = true;
     }
 }

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <QColor>
 #include <QPushButton>
+
+class QPainter;
 
 namespace nv {
 
@@ -10,8 +13,17 @@ class WrappingButton : public QPushButton {
 public:
     using QPushButton::QPushButton;
 
+    // Paints the button flat in this colour, exactly, whatever the style would make of it, with
+    // a black caption; disabled, the face pales and the caption goes grey, still readable.
+    void setFace(const QColor& face);
+
 protected:
     void paintEvent(QPaintEvent* event) override;
+
+private:
+    void paintFace(QPainter& painter) const;
+
+    QColor face_;
 };
 
 } // namespace nv

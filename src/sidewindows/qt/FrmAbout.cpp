@@ -54,7 +54,9 @@ const QColor kDarkRed(192, 0, 0);
 } // namespace
 
 FrmAbout::FrmAbout(QWidget* parent)
-    : QDialog(parent, Qt::Dialog | Qt::WindowTitleHint | Qt::WindowCloseButtonHint |
+    // Only these buttons, on every platform: without the customising hint some add their own.
+    : QDialog(parent, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                          Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint |
                           Qt::MSWindowsFixedSizeDialogHint) {
     setObjectName("frmAbout");
     setModal(true);

@@ -4,6 +4,7 @@
 #include "platform/FailureText.h"
 #include "platform/qt/Twips.h"
 #include "support/FailureOf.h"
+#include "support/ProgramFolder.h"
 #include "support/TestMachine.h"
 
 #include <QLabel>
@@ -75,17 +76,35 @@ TEST_F(CopyWindowTest, AtLoadTheWindowShowsItsTextsAndPlaysTheClipFoundInAnyLett
     EXPECT_EQ(window.clip()->state(), QMovie::NotRunning);
 }
 
-TEST_F(CopyWindowTest, AClipThatIsMissingOrBrokenFailsTheLoadWith76AndLeavesNoWindow) {
+// A clip that cannot be played fails the load by a number of its own, so that the run's box
+// Other names the clip rather than blaming the backup drive, and the run makes nothing.
+TEST_F(CopyWindowTest, AClipThatIsMissingOrBrokenFailsTheRunWithItsOwnBoxAndNoFolder) {
     const std::function<void()> breakings[] = {
         [&] { fs::resize_file(clip(), 300); },
         [&] { std::ofstream(clip(), std::ios::trunc) << "geen plaatje\r\n"; },
         [&] { fs::remove(clip()); }};
     for (const auto& breakClip : breakings) {
         breakClip();
-        EXPECT_EQ(failureOf([] { FrmCopy().Form_Load(); }), kFailPathNotFound);
+        EXPECT_EQ(failureOf([] { FrmCopy().Form_Load(); }), kFailCopyClip);
     }
-    EXPECT_EQ(failureOf([&] { windows.subShowCopyWindow(); }), kFailPathNotFound);
+    EXPECT_EQ(failureOf([&] { windows.subShowCopyWindow(); }), kFailCopyClip);
     EXPECT_EQ(windows.copyWindow(), nullptr);
+
+    // Back Up with the clip gone, a file to copy and an empty stick.
+    machine.temp.write("Norvale/NV.ini", "rekeningen");
+    fs::create_directories(machine.temp.native("Stick"));
+    nvtest::FolderDrive stick{'E', machine.temp.native("Stick")};
+    nvtest::useProgramFolder(machine, "E:", {"NV.ini"});
+    main.Form_Load();
+    main.Cmd_Backup->click();
+    ASSERT_EQ(machine.boxes.shown.size(), 2u);
+    const MessageBoxRequest& other = machine.boxes.shown[1];
+    EXPECT_EQ(other.title, "Norvale Backup");
+    EXPECT_EQ(other.text, "95 De animatie FILECOPY.GIF ontbreekt in de map van het programma of "
+                          "kan niet worden geopend. Installeer het programma opnieuw");
+    EXPECT_EQ(other.icon, Icon::None);
+    EXPECT_TRUE(fs::is_empty(machine.temp.native("Stick")));
+    EXPECT_EQ(main.findChild<FrmCopy*>(), nullptr);
 }
 
 TEST_F(CopyWindowTest, WhileACopyWorksTheClipMovesAndNoInputOrTickIsServed) {

@@ -4,14 +4,18 @@
 #include "production/KnownFile.h"
 #include "startup/Settings.h"
 #include "support/ProgramFolder.h"
+#include "support/qt/SpokenNames.h"
 
 #include <QAction>
 #include <QApplication>
+#include <QImage>
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
 #include <QTest>
 #include <QTimer>
+#include <algorithm>
+#include <cmath>
 #include <filesystem>
 #include <gtest/gtest.h>
 
@@ -19,6 +23,41 @@ using namespace nv;
 namespace fs = std::filesystem;
 
 namespace {
+
+// Relative luminance of a colour as the contrast rules for text define it.
+double luminance(QRgb rgb) {
+    auto channel = [](int value) {
+        double c = value / 255.0;
+        return c <= 0.03928 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * channel(qRed(rgb)) + 0.7152 * channel(qGreen(rgb)) +
+           0.0722 * channel(qBlue(rgb));
+}
+
+double contrast(QRgb a, QRgb b) {
+    double la = luminance(a), lb = luminance(b);
+    return (std::max(la, lb) + 0.05) / (std::min(la, lb) + 0.05);
+}
+
+// What a button shows: the face beside its caption, and the caption's colour that stands out
+// most from it, searched away from the border.
+struct Look {
+    QRgb face;
+    QRgb caption;
+};
+
+Look lookOf(QWidget* button) {
+    const QImage image = button->grab().toImage();
+    Look look{image.pixel(4, image.height() / 2), 0};
+    double best = 0;
+    for (int y = 4; y < image.height() - 4; ++y)
+        for (int x = 4; x < image.width() - 4; ++x)
+            if (double c = contrast(image.pixel(x, y), look.face); c > best) {
+                best = c;
+                look.caption = image.pixel(x, y);
+            }
+    return look;
+}
 
 // A production folder with a list of three rows, and a stick E: holding one loose file.
 class FrmMainTest : public ::testing::Test {
@@ -73,6 +112,41 @@ TEST_F(FrmMainTest, FormLoadFillsTheWindowAndOpensTheTargetDrive) {
     EXPECT_NEAR(window.heightTwips(), 9000, 15);
     window.resize(window.width() - 100, window.height() + 150);
     EXPECT_GT(window.heightTwips(), 9000);
+}
+
+// Back Up is green as drawn, red 0, green 192, blue 0, with a caption that reads at 4.5 to 1 or
+// better; off, as during the wizard, it pales and greys and still reads.
+TEST_F(FrmMainTest, BackUpIsGreenAndItsCaptionReadsWhetherOnOrOff) {
+    FrmMain window;
+    window.Form_Load();
+    window.show();
+    const Look on = lookOf(window.Cmd_Backup);
+    EXPECT_EQ(QColor(on.face), QColor(0, 192, 0));
+    EXPECT_GE(contrast(on.caption, on.face), 4.5);
+
+    window.CmdRestore_Click();
+    ASSERT_FALSE(window.Cmd_Backup->isEnabled());
+    const Look off = lookOf(window.Cmd_Backup);
+    EXPECT_GE(contrast(off.caption, off.face), 4.5);
+    // Paler and greyer than when on: less saturated face, lighter caption.
+    EXPECT_LT(QColor(off.face).hsvSaturation(), QColor(on.face).hsvSaturation() / 2);
+    EXPECT_GT(luminance(off.caption), luminance(on.caption));
+}
+
+// A screen reader speaks each control by what it shows: with the drive there the red drive
+// label is empty and says nothing, rather than the frame's title; with it gone, its message.
+TEST_F(FrmMainTest, EveryControlIsSpokenByWhatItShows) {
+    for (const char* drive : {"E:", "Q:"}) {
+        SCOPED_TRACE(drive);
+        AppSettings.DriveTarget = drive;
+        FrmMain window;
+        window.Form_Load();
+        window.show();
+        EXPECT_EQ(window.LblStation->text().isEmpty(), std::string(drive) == "E:");
+        EXPECT_EQ(nvtest::namesNotFittingWhatTheyShow(window), std::vector<std::string>{});
+        window.CmdRestore_Click();
+        EXPECT_EQ(nvtest::namesNotFittingWhatTheyShow(window), std::vector<std::string>{});
+    }
 }
 
 TEST_F(FrmMainTest, ATargetDriveAbsentAtStartOrPulledLaterIsWatchedUntilItComesBack) {

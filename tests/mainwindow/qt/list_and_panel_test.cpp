@@ -97,6 +97,41 @@ TEST_F(ListAndPanelTest, EditsOfTheListAreWrittenAndKeysAboveTheCountStay) {
     EXPECT_EQ(window.panelText(1), "Aantal files: 0");
 }
 
+// Focus alone chooses no row: tabbing into the list, or the list taking the focus when the
+// window opens with the backup buttons off for an absent drive, leaves nothing to remove.
+TEST_F(ListAndPanelTest, FocusAloneChoosesNoRowToRemove) {
+    const char kChooseFirst[] = "Selecteer eerst het te verwijderen bestand uit de lijst";
+    for (const char* drive : {"E:", "Q:"}) {
+        SCOPED_TRACE(drive);
+        FrmMain main;
+        nvtest::useProgramFolder(machine, drive, {"C:\\Data\\NV_Ledger01.mdb", "C:\\Data\\b.txt"});
+        main.Form_Load();
+        main.show();
+        main.activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&main));
+        if (main.CmdSelectFiles->isEnabled()) {
+            main.CmdSelectFiles->setFocus(Qt::OtherFocusReason);
+            QTest::keyClick(main.CmdSelectFiles, Qt::Key_Tab);
+        }
+        ASSERT_TRUE(main.LstSelectedFiles->hasFocus());
+        machine.boxes.shown.clear();
+        main.MoVerwijder->trigger();
+        QCoreApplication::processEvents();
+        ASSERT_EQ(machine.boxes.shown.size(), 1u);
+        EXPECT_EQ(machine.boxes.shown[0].text, kChooseFirst);
+        EXPECT_EQ(main.LstSelectedFiles->count(), 2);
+
+        // A row the user walks to with the keyboard is chosen, and is the one asked about.
+        QTest::keyClick(main.LstSelectedFiles, Qt::Key_Down);
+        machine.boxes.answer(Answer::No);
+        main.MoVerwijder->trigger();
+        QCoreApplication::processEvents();
+        ASSERT_EQ(machine.boxes.shown.size(), 2u);
+        EXPECT_TRUE(QString::fromStdString(machine.boxes.shown[1].text)
+                        .startsWith("Wilt u het bestand C:\\Data\\NV_Ledger01.mdb niet meer"));
+    }
+}
+
 TEST_F(ListAndPanelTest, DeletingBackupFoldersFlatMirroredAndEmpty) {
     load(1);
     // A flat folder is offered for deletion and goes, after the question.

@@ -1,6 +1,7 @@
 #include "mainwindow/qt/FrmMain.h"
 #include "mainwindow/qt/TargetLists.h"
 #include "platform/qt/Twips.h"
+#include "restore/RestoreRun.h"
 #include "restore/qt/ShapeControl.h"
 #include "support/ProgramFolder.h"
 
@@ -147,6 +148,62 @@ TEST_F(WizardTest, StopAtEveryStepAFailureAndAMaximisedWindow) {
     stop();
     EXPECT_TRUE(window.PicRestore->isHidden());
     EXPECT_EQ(window.fraDirectory->y(), window.Cmd_Backup->y() + twips(1080));
+}
+
+// Two production files of one name in different folders, both in the list, and on the stick a
+// flat backup that could hold only Alpha's (Beta's got the box Duplicate) and a mirrored one.
+class SameNameWizardTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        machine.temp.write("x/Alpha/dup.txt", "Alpha today");
+        machine.temp.write("y/Beta/dup.txt", "Beta today");
+        machine.temp.write("Stick/Backup2026-11-17/dup.txt", "Alpha saved flat");
+        machine.temp.write("Stick/Backup2026-11-10/Alpha/dup.txt", "Alpha saved mirrored");
+        machine.temp.write("Stick/Backup2026-11-10/Beta/dup.txt", "Beta saved mirrored");
+        nvtest::useProgramFolder(
+            machine, "E:",
+            {machine.temp.drive("x\\Alpha\\dup.txt"), machine.temp.drive("y\\Beta\\dup.txt")});
+        window.Form_Load();
+        window.show();
+    }
+    // Walks the wizard to its run with only Beta's row chosen and `folder` open, and says Yes.
+    void restoreBetaFrom(const QString& folder) {
+        window.CmdRestore_Click();
+        window.CmdWizRestore[0]->click();
+        window.LstSelectedFiles->item(0)->setSelected(false);
+        window.CmdWizRestore[0]->click();
+        window.TargetDirectories->setPath(folder);
+        window.CmdWizRestore[0]->click();
+        machine.boxes.answer(Answer::Yes);
+        window.CmdWizRestore[0]->click();
+    }
+
+    nvtest::TestMachine machine;
+    nvtest::FolderDrive stick{'E', machine.temp.native("Stick")};
+    FrmMain window;
+};
+
+TEST_F(SameNameWizardTest, OneChosenRowNeverTakesTheBackupOfAnotherFileOfItsName) {
+    const std::string kept =
+        std::string("Het terugzetten van de bestanden is gereed. \r\n") + kRestoreSameNameText;
+    // The flat folder's one dup.txt is Alpha's; so is the mirrored subfolder opened by mistake.
+    for (const char* folder : {"E:\\Backup2026-11-17", "E:\\Backup2026-11-10\\Alpha"}) {
+        restoreBetaFrom(folder);
+        EXPECT_EQ(window.intWizardStep, 5) << folder;
+        EXPECT_EQ(window.LblRestore[1]->text().toStdString(), kept) << folder;
+        EXPECT_EQ(machine.temp.read("y/Beta/dup.txt"), "Beta today") << folder;
+        EXPECT_EQ(machine.temp.read("x/Alpha/dup.txt"), "Alpha today") << folder;
+        EXPECT_TRUE(window.LstSelectedFiles->item(1)->isSelected()) << folder;
+        EXPECT_FALSE(window.LstSelectedFiles->item(0)->isSelected()) << folder;
+        window.CmdWizRestore[2]->click();
+    }
+
+    // Beta's own subfolder gives it back its own file.
+    restoreBetaFrom("E:\\Backup2026-11-10\\Beta");
+    EXPECT_EQ(window.LblRestore[1]->text(), "Het terugzetten van de bestanden is gereed. \r\n");
+    EXPECT_EQ(machine.temp.read("y/Beta/dup.txt"), "Beta saved mirrored");
+    EXPECT_EQ(machine.temp.read("x/Alpha/dup.txt"), "Alpha today");
+    EXPECT_TRUE(window.LstSelectedFiles->selectedItems().isEmpty());
 }
 
 } // namespace

@@ -2,12 +2,14 @@
 #include "sidewindows/qt/FrmSplash.h"
 #include "startup/AppSettings.h"
 #include "support/TestMachine.h"
+#include "support/qt/SpokenNames.h"
 
 #include <QLabel>
 #include <QLineEdit>
 #include <QPointer>
 #include <QTest>
 #include <QTimer>
+#include <QWindow>
 #include <gtest/gtest.h>
 
 using namespace nv;
@@ -41,6 +43,10 @@ TEST_F(SplashTest, ShowsItsTextsInsideTheFrameAndOnlyACharacterKeyClosesIt) {
             << label->objectName().toStdString();
     EXPECT_FALSE(splash->Image2->pixmap().isNull());
     EXPECT_FALSE(splash->Image1->pixmap().isNull());
+    // What the platform is asked for: no caption bar at all, and no place in the task bar.
+    EXPECT_TRUE(splash->windowFlags() & Qt::FramelessWindowHint);
+    EXPECT_EQ(splash->windowType(), Qt::Tool);
+    EXPECT_EQ(nvtest::namesNotFittingWhatTheyShow(*splash), std::vector<std::string>{});
 
     for (Qt::Key key : {Qt::Key_Left, Qt::Key_F5, Qt::Key_Shift})
         QTest::keyClick(splash, key);
@@ -80,6 +86,15 @@ TEST(About, ShowsItsTextsAndTheMailLinkGoesThroughAThrowAwayShortcut) {
     EXPECT_EQ(about.TxtInfo->text(), "Voor vragen, mail naar:");
     EXPECT_EQ(about.lblDisclaimer->text(), QString::fromUtf8(kCopyrightLine));
     EXPECT_EQ(about.LblMail->colour(), QColor(0, 0, 192));
+    // The flags the platform builds its window hints from, as the window is shown: a caption
+    // with a close button, and no minimise or maximise button added by the platform's defaults.
+    about.show();
+    const Qt::WindowFlags flags = about.windowHandle()->flags();
+    EXPECT_TRUE(flags & Qt::WindowTitleHint);
+    EXPECT_TRUE(flags & Qt::WindowCloseButtonHint);
+    EXPECT_FALSE(flags & (Qt::WindowMinimizeButtonHint | Qt::WindowMaximizeButtonHint));
+    EXPECT_EQ(nvtest::namesNotFittingWhatTheyShow(about), std::vector<std::string>{});
+    about.hide();
 
     QTest::mouseClick(about.LblMail, Qt::LeftButton);
     EXPECT_EQ(about.LblMail->colour(), QColor(192, 0, 0));
