@@ -134,13 +134,12 @@ TEST(Files, ListingsAreSortedWithoutCaseAndLeaveOutHiddenEntries) {
     EXPECT_EQ(files.listFolders(t.drive("Doel\\zeta")), Names{});
 
 #ifndef _WIN32
-    // Links list as what they point to; one that points nowhere is left out.
+    // A link is neither folder nor file of the drive, whatever it points to.
     fs::create_directory_symlink(t.native("Doel/zeta"), t.native("Doel/Zeta-link"));
     fs::create_symlink(t.native("Doel/gamma.ini"), t.native("Doel/Gamma-link.ini"));
     fs::create_symlink(t.native("Doel/weg.ini"), t.native("Doel/kapot.ini"));
-    EXPECT_EQ(files.listFolders(t.drive("Doel")),
-              (Names{"archief", "Backup", "zeta", "Zeta-link"}));
-    EXPECT_EQ(files.listFiles(t.drive("Doel"), "*.ini"), (Names{"Gamma-link.ini", "gamma.ini"}));
+    EXPECT_EQ(files.listFolders(t.drive("Doel")), folders);
+    EXPECT_EQ(files.listFiles(t.drive("Doel"), "*.ini"), Names{"gamma.ini"});
     if (::geteuid() != 0) {
         fs::permissions(t.native("Doel/zeta"), fs::perms::none);
         EXPECT_EQ(failureOf([&] { files.listFiles(t.drive("Doel\\zeta"), "*.*"); }),

@@ -69,16 +69,30 @@ TEST_F(Win32Platform, HiddenAndSystemFilesAreNeitherMatchedNorDeleted) {
 }
 
 // Time and contents are kept as on Linux (files_test.cpp); the attributes are Windows' own.
-TEST_F(Win32Platform, CopyKeepsTheReadOnlyAttributeButNotTheHiddenOne) {
+// A new copy takes the source's read-only attribute; a file replaced keeps its own attributes,
+// and a read-only one is not replaced.
+TEST_F(Win32Platform, CopyAttributesComeFromTheFileReplacedOrElseTheSource) {
     dir.write("src.dat", std::string(300000, 'q'));
-    dir.write("dst.dat", "old");
     setAttributes("src.dat", FILE_ATTRIBUTE_READONLY);
-    files.copyFile(dir.drive("src.dat"), dir.drive("dst.dat"));
-    DWORD copied = GetFileAttributesW(wide("dst.dat").c_str());
+    files.copyFile(dir.drive("src.dat"), dir.drive("new.dat"));
+    DWORD copied = GetFileAttributesW(wide("new.dat").c_str());
     EXPECT_TRUE(copied & FILE_ATTRIBUTE_READONLY);
     EXPECT_FALSE(copied & FILE_ATTRIBUTE_HIDDEN);
+    EXPECT_EQ(std::string(300000, 'q'), dir.read("new.dat"));
+
+    dir.write("dst.dat", "old");
+    setAttributes("dst.dat", FILE_ATTRIBUTE_ARCHIVE);
+    files.copyFile(dir.drive("src.dat"), dir.drive("dst.dat"));
+    EXPECT_FALSE(GetFileAttributesW(wide("dst.dat").c_str()) & FILE_ATTRIBUTE_READONLY);
     EXPECT_EQ(std::string(300000, 'q'), dir.read("dst.dat"));
-    EXPECT_EQ(std::set<std::string>({"src.dat", "dst.dat"}), entries());
+
+    try {
+        files.copyFile(dir.drive("dst.dat"), dir.drive("new.dat"));
+        ADD_FAILURE() << "a read-only file was replaced";
+    } catch (const nv::FileFailure& failure) {
+        EXPECT_EQ(failure.Number, nv::kFailAccessRefused);
+    }
+    EXPECT_EQ(std::set<std::string>({"src.dat", "dst.dat", "new.dat"}), entries());
 }
 
 TEST(Win32Machine, SpecialFoldersAndTheProgramsFolder) {

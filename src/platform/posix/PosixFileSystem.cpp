@@ -29,33 +29,36 @@ bool isHidden(const std::string& name) {
 
 enum class EntryKind { Other, File, Folder };
 
-// What an entry is, links followed: a dangling link is neither file nor folder.
-EntryKind kindOf(const std::string& folder, const dirent* entry) {
+// What an entry is, as it stands: a link is neither file nor folder, whatever it leads to.
+EntryKind kindOf(int folder, const dirent* entry) {
     if (entry->d_type == DT_REG)
         return EntryKind::File;
     if (entry->d_type == DT_DIR)
         return EntryKind::Folder;
-    if (entry->d_type != DT_LNK && entry->d_type != DT_UNKNOWN)
+    if (entry->d_type != DT_UNKNOWN)
         return EntryKind::Other;
     struct stat st {};
-    std::string path = folder + "/" + entry->d_name;
-    if (::stat(path.c_str(), &st) != 0)
+    if (::fstatat(folder, entry->d_name, &st, AT_SYMLINK_NOFOLLOW) != 0)
         return EntryKind::Other;
     return S_ISREG(st.st_mode)   ? EntryKind::File
            : S_ISDIR(st.st_mode) ? EntryKind::Folder
                                  : EntryKind::Other;
 }
 
-// Hands take every entry of folder that is not hidden. A folder that is not there has no
-// entries unless required; any other that cannot be read throws.
-void readFolder(const std::string& folder, const std::string& drivePath, bool required,
+// Hands take every entry of an open folder that is not hidden; a failing read throws.
+void readFolder(int folder, const std::string& drivePath,
                 const std::function<void(const dirent*)>& take) {
-    std::unique_ptr<DIR, int (*)(DIR*)> dir(::opendir(folder.c_str()), ::closedir);
-    if (!dir) {
-        if (!required && (errno == ENOENT || errno == ENOTDIR))
-            return;
+    int own = ::fcntl(folder, F_DUPFD_CLOEXEC, 0);
+    if (own < 0)
         throwErrno(errno, drivePath);
+    std::unique_ptr<DIR, int (*)(DIR*)> dir(::fdopendir(own), ::closedir);
+    if (!dir) {
+        int err = errno;
+        ::close(own);
+        throwErrno(err, drivePath);
     }
+    // A copy of a descriptor shares its place in the folder with the one it came from.
+    ::rewinddir(dir.get());
     for (;;) {
         errno = 0;
         dirent* entry = ::readdir(dir.get());
@@ -70,13 +73,12 @@ void readFolder(const std::string& folder, const std::string& drivePath, bool re
     }
 }
 
-// Plain files of a folder whose names match pattern, in the folder's order.
-std::vector<std::string> plainMatches(const std::string& folder, const std::string& pattern,
-                                      const std::string& drivePath, bool firstOnly,
-                                      bool required = false) {
+// Plain files of an open folder whose names match pattern, in the folder's order.
+std::vector<std::string> plainMatches(int folder, const std::string& pattern,
+                                      const std::string& drivePath, bool firstOnly) {
     std::vector<std::string> names;
     std::string best;
-    readFolder(folder, drivePath, required, [&](const dirent* entry) {
+    readFolder(folder, drivePath, [&](const dirent* entry) {
         std::string name = entry->d_name;
         if (!wildcardMatch(pattern, name) || kindOf(folder, entry) != EntryKind::File)
             return;
@@ -92,11 +94,45 @@ std::vector<std::string> plainMatches(const std::string& folder, const std::stri
     return names;
 }
 
-// Writes the open source into a hidden temporary file beside destination, with the source's
-// permission bits and times, flushed if asked; returns its path. A failure removes the temporary.
-std::string writeTemporary(const Fd& in, const std::string& destination,
-                           const std::string& drivePath, bool flush,
-                           std::uintmax_t* bytes = nullptr) {
+// Where a file operation acts: the folder, opened without following a link below the drive's
+// root, and the name in it.
+struct Destination {
+    Fd folder;
+    std::string folderPath; // native
+    std::string name;
+};
+
+// Opens the folder of a resolved path. A drive's root has no folder to act in: 75.
+void openPlace(Destination& place, const ResolvedPath& path, const std::string& drivePath) {
+    place.name = baseOf(path.path);
+    if (place.name.empty() || path.path.size() <= path.rootLength)
+        throw fileFailure(kFailAccessRefused);
+    place.folderPath = parentOf(path.path);
+    place.folder.fd = openFolderBeneath(place.folderPath, path.rootLength);
+    if (place.folder.fd < 0)
+        throwErrno(errno, drivePath);
+}
+
+// Opens a folder itself; -1 and errno when it cannot.
+int openFolder(const ResolvedPath& path) {
+    return openFolderBeneath(path.path, path.rootLength);
+}
+
+// Permission bits, owners and times are best effort where the file system cannot keep them: FAT,
+// exFAT and FUSE drivers may refuse them, and the copy is no worse for that.
+bool cannotKeep(int err) {
+    return err == ENOSYS || err == EPERM || err == EOPNOTSUPP;
+}
+
+// Whose bits a new file takes: a backup keeps the source's, a restored file those the umask allows.
+enum class Bits { Source, Umask };
+
+// Writes the open source into a hidden temporary file in the destination's folder, with the
+// source's times, flushed if asked; returns its name there. A file it is to replace lends it its
+// mode and owner, and must be writable (75); a new one takes the source's bits, as they are or
+// within the umask as `bits` says, never writable for all. A failure removes the temporary.
+std::string writeTemporary(const Fd& in, const Destination& to, const std::string& drivePath,
+                           bool flush, Bits bits, std::uintmax_t* bytes = nullptr) {
     struct stat st {};
     if (::fstat(in.fd, &st) != 0)
         throwErrno(errno, drivePath);
@@ -105,21 +141,37 @@ std::string writeTemporary(const Fd& in, const std::string& destination,
     if (bytes)
         *bytes = static_cast<std::uintmax_t>(st.st_size);
 
-    std::string temp = temporaryBeside(destination);
+    struct stat old {};
+    const bool replaces =
+        ::fstatat(to.folder.fd, to.name.c_str(), &old, AT_SYMLINK_NOFOLLOW) == 0 &&
+        S_ISREG(old.st_mode);
+    // The rename would replace a file that may not be written, as a read-only one.
+    if (replaces && ((old.st_mode & 0222) == 0 ||
+                     ::faccessat(to.folder.fd, to.name.c_str(), W_OK, AT_EACCESS) != 0))
+        throw fileFailure(kFailAccessRefused);
+
+    const std::string temp = temporaryName(to.name);
     Fd out;
-    out.fd = ::open(temp.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+    out.fd =
+        ::openat(to.folder.fd, temp.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
+                 replaces ? 0600 : st.st_mode & 0775);
     if (out.fd < 0)
         throwErrno(errno, drivePath);
 
     int err = copyBytes(in.fd, out.fd);
-    // Bits and times are kept where the medium can hold them; FAT, exFAT and FUSE drivers may
-    // refuse them, and the copy is no worse for that.
-    auto refusedByMedium = [](int e) { return e == ENOSYS || e == EPERM || e == EOPNOTSUPP; };
-    if (err == 0 && ::fchmod(out.fd, st.st_mode & 07775 & ~S_ISUID & ~S_ISGID) != 0 &&
-        !refusedByMedium(errno))
+    if (err == 0 && replaces) {
+        // The owner first: a change of owner clears the set-id bits that the mode then puts back.
+        if ((old.st_uid != ::geteuid() || old.st_gid != ::getegid()) &&
+            ::fchown(out.fd, old.st_uid, old.st_gid) != 0)
+            (void)::fchown(out.fd, static_cast<uid_t>(-1), old.st_gid);
+        if (::fchmod(out.fd, old.st_mode & 07777) != 0 && !cannotKeep(errno))
+            err = errno;
+    } else if (err == 0 && bits == Bits::Source && ::fchmod(out.fd, st.st_mode & 0775) != 0 &&
+               !cannotKeep(errno)) {
         err = errno;
+    }
     struct timespec times[2] = {st.st_atim, st.st_mtim};
-    if (err == 0 && ::futimens(out.fd, times) != 0 && !refusedByMedium(errno))
+    if (err == 0 && ::futimens(out.fd, times) != 0 && !cannotKeep(errno))
         err = errno;
     if (err == 0 && flush && ::fsync(out.fd) != 0)
         err = errno;
@@ -128,18 +180,18 @@ std::string writeTemporary(const Fd& in, const std::string& destination,
     if (int closed = out.close(); closed != 0 && err == 0)
         err = closed;
     if (err != 0) {
-        ::unlink(temp.c_str());
+        ::unlinkat(to.folder.fd, temp.c_str(), 0);
         throwErrno(err, drivePath);
     }
     return temp;
 }
 
 // Copies the open source over destination through a flushed temporary file and a rename.
-void copyNative(const Fd& source, const std::string& destination, const std::string& drivePath) {
-    std::string temp = writeTemporary(source, destination, drivePath, true);
-    if (::rename(temp.c_str(), destination.c_str()) != 0) {
+void copyNative(const Fd& source, const Destination& to, const std::string& drivePath) {
+    std::string temp = writeTemporary(source, to, drivePath, true, Bits::Umask);
+    if (::renameat(to.folder.fd, temp.c_str(), to.folder.fd, to.name.c_str()) != 0) {
         int err = errno;
-        ::unlink(temp.c_str());
+        ::unlinkat(to.folder.fd, temp.c_str(), 0);
         throwErrno(err, drivePath);
     }
 }
@@ -205,15 +257,10 @@ ResolvedPath PosixFileSystem::resolve(const std::string& drivePath) {
     return resolvePath(drives_, drivePath, &index_);
 }
 
-std::string PosixFileSystem::nativeOf(const std::string& drivePath) {
-    return resolve(drivePath).path;
-}
-
-int PosixFileSystem::openToRead(const std::string& drivePath, const std::string& literal) {
-    int fd = ::open(literal.c_str(), O_RDONLY | O_CLOEXEC);
-    if (fd >= 0)
-        return fd;
-    fd = ::open(nativeOf(drivePath).c_str(), O_RDONLY | O_CLOEXEC);
+int PosixFileSystem::openToRead(const ResolvedPath& path, const std::string& drivePath) {
+    Destination place;
+    openPlace(place, path, drivePath);
+    int fd = openRegularNoFollow(place.folder.fd, place.name);
     if (fd < 0)
         throwErrno(errno, drivePath);
     return fd;
@@ -225,48 +272,60 @@ std::string PosixFileSystem::firstMatch(const std::string& spec) {
         return "";
     if (!hasWildcards(pattern)) {
         ResolvedPath found = resolve(spec);
+        Fd folder(openFolderBeneath(parentOf(found.path), found.rootLength));
         struct stat st {};
-        if (!found.exists || ::stat(found.path.c_str(), &st) != 0 || !S_ISREG(st.st_mode))
+        const std::string name = baseOf(found.path);
+        if (folder.fd < 0 || ::fstatat(folder.fd, name.c_str(), &st, AT_SYMLINK_NOFOLLOW) != 0 ||
+            !S_ISREG(st.st_mode))
             return "";
-        return baseOf(found.path);
+        return name;
     }
-    std::string folder = nativeOf(folderPart);
-    auto names = plainMatches(folder, pattern, spec, true);
+    Fd folder(openFolder(resolve(folderPart)));
+    if (folder.fd < 0) {
+        if (errno == ENOENT || errno == ENOTDIR)
+            return "";
+        throwErrno(errno, spec);
+    }
+    auto names = plainMatches(folder.fd, pattern, spec, true);
     return names.empty() ? "" : names.front();
 }
 
 void PosixFileSystem::moveFile(const std::string& oldPath, const std::string& newPath) {
-    std::string from = nativeOf(oldPath);
-    std::string to = nativeOf(newPath);
+    const ResolvedPath fromPath = resolve(oldPath);
+    const ResolvedPath toPath = resolve(newPath);
+    Destination from;
+    openPlace(from, fromPath, oldPath);
+    Destination to;
+    openPlace(to, toPath, newPath);
     struct stat st {};
-    if (::lstat(from.c_str(), &st) != 0)
+    if (::fstatat(from.folder.fd, from.name.c_str(), &st, AT_SYMLINK_NOFOLLOW) != 0)
         throwErrno(errno, oldPath);
-    if (::lstat(to.c_str(), &st) == 0)
+    if (::fstatat(to.folder.fd, to.name.c_str(), &st, AT_SYMLINK_NOFOLLOW) == 0)
         throw fileFailure(kFailAccessRefused);
     // A hard link fails rather than replace, so a file that appeared meanwhile survives.
-    if (::link(from.c_str(), to.c_str()) == 0) {
-        ::unlink(from.c_str());
-        syncFolder(parentOf(to));
+    if (::linkat(from.folder.fd, from.name.c_str(), to.folder.fd, to.name.c_str(), 0) == 0) {
+        ::unlinkat(from.folder.fd, from.name.c_str(), 0);
+        ::fsync(to.folder.fd);
         return;
     }
     if (errno != EXDEV && errno != EPERM && errno != EOPNOTSUPP)
         throwErrno(errno, newPath);
-    Fd in;
-    in.fd = ::open(from.c_str(), O_RDONLY | O_CLOEXEC);
+    Fd in(openRegularNoFollow(from.folder.fd, from.name));
     if (in.fd < 0)
         throwErrno(errno, oldPath);
     copyNative(in, to, newPath);
-    if (::unlink(from.c_str()) != 0)
+    if (::unlinkat(from.folder.fd, from.name.c_str(), 0) != 0)
         throwErrno(errno, oldPath);
 }
 
 void PosixFileSystem::copyFile(const std::string& source, const std::string& destination) {
     // Failures come in the order of the lookups: the source's drive, the destination's, then
     // the source itself.
-    std::string literal = literalNativePath(drives_, source);
-    std::string to = nativeOf(destination);
-    Fd in;
-    in.fd = openToRead(source, literal);
+    const ResolvedPath from = resolve(source);
+    const ResolvedPath toPath = resolve(destination);
+    Fd in(openToRead(from, source));
+    Destination to;
+    openPlace(to, toPath, destination);
     copyNative(in, to, destination);
 }
 
@@ -277,14 +336,13 @@ struct PosixFileSystem::Watch {
     bool whole = false; // one syncfs puts everything written there on the medium
 };
 
-std::shared_ptr<PosixFileSystem::Watch> PosixFileSystem::watchFor(const std::string& folder,
-                                                                  dev_t device) {
+std::shared_ptr<PosixFileSystem::Watch> PosixFileSystem::watchFor(int folder, dev_t device) {
     std::lock_guard<std::mutex> lock(watchesMutex_);
     std::weak_ptr<Watch>& known = watches_[static_cast<std::uint64_t>(device)];
     if (std::shared_ptr<Watch> watch = known.lock())
         return watch;
     auto watch = std::make_shared<Watch>();
-    watch->folder.fd = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    watch->folder.fd = ::fcntl(folder, F_DUPFD_CLOEXEC, 0);
     if (watch->folder.fd < 0)
         return nullptr;
     struct statfs fs {};
@@ -296,25 +354,21 @@ std::shared_ptr<PosixFileSystem::Watch> PosixFileSystem::watchFor(const std::str
 
 std::optional<StagedCopy> PosixFileSystem::stageCopy(const std::string& source,
                                                      const std::string& destination) {
-    std::string literal = literalNativePath(drives_, source);
-    ResolvedPath to = resolve(destination);
-    Fd in;
-    in.fd = openToRead(source, literal);
+    const ResolvedPath from = resolve(source);
+    const ResolvedPath toPath = resolve(destination);
+    Fd in(openToRead(from, source));
+    Destination to;
+    openPlace(to, toPath, destination);
     StagedCopy copy;
     copy.destination = destination;
-    copy.target = to.path;
-    // A new destination was looked for in its folder, which told its device on the way.
-    const std::string folder = parentOf(to.path);
+    copy.target = toPath.path;
     struct stat st {};
-    if (to.folderSeen)
-        copy.hold = watchFor(folder, to.folder.st_dev);
-    else if (::stat(folder.c_str(), &st) == 0)
-        copy.hold = watchFor(folder, st.st_dev);
-    // Else the copy itself tells what is wrong with the folder.
-    copy.temporary = writeTemporary(in, to.path, destination, false, &copy.bytes);
+    if (::fstat(to.folder.fd, &st) == 0)
+        copy.hold = watchFor(to.folder.fd, st.st_dev);
+    copy.temporary = joinNative(
+        to.folderPath, writeTemporary(in, to, destination, false, Bits::Source, &copy.bytes));
     return copy;
 }
-
 void PosixFileSystem::flushStaged(const std::vector<StagedCopy>& copies) {
     std::vector<const Watch*> synced;
     for (const StagedCopy& copy : copies) {
@@ -343,55 +397,77 @@ void PosixFileSystem::discardStaged(const StagedCopy& copy) noexcept {
 }
 
 void PosixFileSystem::deleteFile(const std::string& path) {
-    std::string native = nativeOf(path);
+    Destination place;
+    openPlace(place, resolve(path), path);
     struct stat st {};
-    if (::lstat(native.c_str(), &st) == 0 && S_ISDIR(st.st_mode))
+    if (::fstatat(place.folder.fd, place.name.c_str(), &st, AT_SYMLINK_NOFOLLOW) == 0 &&
+        S_ISDIR(st.st_mode))
         throw fileFailure(kFailAccessRefused);
-    if (::unlink(native.c_str()) != 0)
+    // A link goes itself; what it leads to stays.
+    if (::unlinkat(place.folder.fd, place.name.c_str(), 0) != 0)
         throwErrno(errno, path);
 }
 
 void PosixFileSystem::writeFile(const std::string& path, const std::string& bytes) {
-    Fd out;
-    out.fd = ::open(nativeOf(path).c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
+    Destination place;
+    openPlace(place, resolve(path), path);
+    // Written beside and renamed over the name: a link standing there is replaced, never
+    // written through.
+    const std::string temp = temporaryName(place.name);
+    Fd out(::openat(place.folder.fd, temp.c_str(),
+                    O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666));
     if (out.fd < 0)
         throwErrno(errno, path);
-    if (int err = writeAll(out.fd, bytes.data(), bytes.size()))
+    int err = writeAll(out.fd, bytes.data(), bytes.size());
+    if (int closed = out.close(); err == 0)
+        err = closed;
+    if (err == 0 &&
+        ::renameat(place.folder.fd, temp.c_str(), place.folder.fd, place.name.c_str()) != 0)
+        err = errno;
+    if (err != 0) {
+        ::unlinkat(place.folder.fd, temp.c_str(), 0);
         throwErrno(err, path);
-    if (int err = out.close())
-        throwErrno(err, path);
+    }
 }
 
 void PosixFileSystem::makeFolder(const std::string& path) {
-    std::string native = nativeOf(path);
-    if (::mkdir(native.c_str(), 0777) != 0)
+    Destination place;
+    openPlace(place, resolve(path), path);
+    if (::mkdirat(place.folder.fd, place.name.c_str(), 0777) != 0)
         throwErrno(errno, path);
 }
 
 void PosixFileSystem::deleteByPattern(const std::string& spec) {
     auto [folderPart, pattern] = splitLast(spec);
-    std::string folder = nativeOf(folderPart);
-    auto names = plainMatches(folder, pattern, spec, false);
+    // A folder that is a link is no folder of the drive: nothing in it matches.
+    Fd folder(openFolder(resolve(folderPart)));
+    if (folder.fd < 0)
+        throwErrno(errno == ENOENT ? ENOTDIR : errno, spec);
+    auto names = plainMatches(folder.fd, pattern, spec, false);
     if (names.empty())
         throw fileFailure(kFailPathNotFound);
     for (const std::string& name : names)
-        if (::unlink((folder + "/" + name).c_str()) != 0)
+        if (::unlinkat(folder.fd, name.c_str(), 0) != 0)
             throwErrno(errno, spec);
     // Leftovers of an interrupted copy would keep the folder from going.
-    removeTemporaries(folder);
+    removeTemporariesIn(folder.fd);
 }
 
 void PosixFileSystem::removeFolder(const std::string& path) {
-    std::string native = nativeOf(path);
-    if (::rmdir(native.c_str()) != 0)
+    Destination place;
+    openPlace(place, resolve(path), path);
+    // A link in the folder's place is not removed as a folder, nor is what it leads to.
+    if (::unlinkat(place.folder.fd, place.name.c_str(), AT_REMOVEDIR) != 0)
         throwErrno(errno, path);
 }
 
 std::vector<std::string> PosixFileSystem::listFolders(const std::string& folder) {
-    std::string native = nativeOf(folder);
+    Fd open(openFolder(resolve(folder)));
+    if (open.fd < 0)
+        throwErrno(errno, folder);
     std::vector<std::string> names;
-    readFolder(native, folder, true, [&](const dirent* entry) {
-        if (kindOf(native, entry) == EntryKind::Folder)
+    readFolder(open.fd, folder, [&](const dirent* entry) {
+        if (kindOf(open.fd, entry) == EntryKind::Folder)
             names.emplace_back(entry->d_name);
     });
     sortIgnoringCase(names);
@@ -400,15 +476,17 @@ std::vector<std::string> PosixFileSystem::listFolders(const std::string& folder)
 
 std::vector<std::string> PosixFileSystem::listFiles(const std::string& folder,
                                                     const std::string& pattern) {
+    Fd open(openFolder(resolve(folder)));
+    if (open.fd < 0)
+        throwErrno(errno, folder);
     // Copy temporaries start with a dot, so the hidden ones never reach the list.
-    auto names = plainMatches(nativeOf(folder), pattern, folder, false, true);
+    auto names = plainMatches(open.fd, pattern, folder, false);
     sortIgnoringCase(names);
     return names;
 }
 
 void PosixFileSystem::flushFolder(const std::string& folder) {
-    Fd dir;
-    dir.fd = ::open(nativeOf(folder).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    Fd dir(openFolder(resolve(folder)));
     if (dir.fd < 0)
         throwErrno(errno, folder);
     if (::fsync(dir.fd) != 0 && errno != EINVAL && errno != EROFS && errno != EOPNOTSUPP)
@@ -416,13 +494,15 @@ void PosixFileSystem::flushFolder(const std::string& folder) {
 }
 
 void PosixFileSystem::removeCopyLeftovers(const std::string& folder) {
-    std::string native;
+    ResolvedPath path;
     try {
-        native = nativeOf(folder);
+        path = resolve(folder);
     } catch (const FileFailure&) {
         return;
     }
-    removeTemporaries(native);
+    Fd dir(openFolder(path));
+    if (dir.fd >= 0)
+        removeTemporariesIn(dir.fd);
 }
 
 } // namespace nv

@@ -38,13 +38,12 @@ public:
 
 private:
     struct Watch;
-    // The file system of a folder (device as stat gave it), watched from before a staged copy
-    // writes to it.
-    std::shared_ptr<Watch> watchFor(const std::string& folder, dev_t device);
+    // The file system of an open folder (device as stat gave it), watched from before a staged
+    // copy writes to it.
+    std::shared_ptr<Watch> watchFor(int folder, dev_t device);
     ResolvedPath resolve(const std::string& drivePath);
-    std::string nativeOf(const std::string& drivePath);
-    // Opens a file to read; a copy's source is mostly there in the letters given.
-    int openToRead(const std::string& drivePath, const std::string& literal);
+    // Opens a regular file to read, following no link below its drive's root.
+    int openToRead(const ResolvedPath& path, const std::string& drivePath);
 
     DriveTable& drives_;
     FolderIndex index_;

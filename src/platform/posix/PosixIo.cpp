@@ -2,12 +2,14 @@
 
 #include "platform/FileSystem.h"
 
+#include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <dirent.h>
 #include <fcntl.h>
 #include <signal.h>
 #include <string_view>
+#include <sys/stat.h>
 
 namespace nv {
 
@@ -34,6 +36,60 @@ void syncFolder(const std::string& folder) {
         ::fsync(dir.fd);
 }
 
+int openFolderBeneath(const std::string& native, std::size_t rootLength) {
+    rootLength = std::min(rootLength, native.size());
+    const std::string root = rootLength == 0 ? std::string("/") : native.substr(0, rootLength);
+    Fd at(::open(root.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+    if (at.fd < 0)
+        return -1;
+    std::size_t start = rootLength;
+    while (start < native.size()) {
+        std::size_t end = native.find('/', start);
+        if (end == std::string::npos)
+            end = native.size();
+        if (end > start) {
+            const std::string part = native.substr(start, end - start);
+            // O_PATH with O_NOFOLLOW takes a link itself, which O_DIRECTORY then refuses.
+            Fd next(::openat(at.fd, part.c_str(), O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+            if (next.fd < 0)
+                return -1;
+            std::swap(at.fd, next.fd);
+        }
+        start = end + 1;
+    }
+    return ::openat(at.fd, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+}
+
+int openRegularNoFollow(int folder, const std::string& name) {
+    struct stat seen {};
+    if (::fstatat(folder, name.c_str(), &seen, AT_SYMLINK_NOFOLLOW) != 0)
+        return -1;
+    if (!S_ISREG(seen.st_mode)) {
+        errno = ENOENT;
+        return -1;
+    }
+    Fd in(
+        ::openat(folder, name.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    if (in.fd < 0)
+        return -1;
+    // Something put in its place between the look and the open is not taken either.
+    struct stat opened {};
+    if (::fstat(in.fd, &opened) != 0)
+        return -1;
+    if (!S_ISREG(opened.st_mode) || opened.st_dev != seen.st_dev || opened.st_ino != seen.st_ino) {
+        errno = ENOENT;
+        return -1;
+    }
+    ::fcntl(in.fd, F_SETFL, ::fcntl(in.fd, F_GETFL) & ~O_NONBLOCK);
+    int fd = in.fd;
+    in.fd = -1;
+    return fd;
+}
+
+std::string joinNative(const std::string& folder, const std::string& name) {
+    return (folder == "/" ? std::string() : folder) + "/" + name;
+}
+
 int writeAll(int fd, const char* bytes, std::size_t size) {
     std::size_t done = 0;
     while (done < size) {
@@ -49,10 +105,14 @@ int writeAll(int fd, const char* bytes, std::size_t size) {
     return 0;
 }
 
-std::string temporaryBeside(const std::string& native) {
+std::string temporaryName(const std::string& base) {
     static std::atomic<unsigned> counter{0};
-    return parentOf(native) + "/." + baseOf(native) + kCopyTemporaryMark +
-           std::to_string(::getpid()) + "-" + std::to_string(counter++);
+    return "." + base + kCopyTemporaryMark + std::to_string(::getpid()) + "-" +
+           std::to_string(counter++);
+}
+
+std::string temporaryBeside(const std::string& native) {
+    return parentOf(native) + "/" + temporaryName(baseOf(native));
 }
 
 int replaceFile(const std::string& native, const std::string& bytes, mode_t mode) {
@@ -95,9 +155,22 @@ pid_t writerOf(std::string_view name, const std::string& base) {
 } // namespace
 
 void removeTemporaries(const std::string& folder, const std::string& base) {
-    DIR* dir = ::opendir(folder.c_str());
-    if (!dir)
+    Fd held(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (held.fd >= 0)
+        removeTemporariesIn(held.fd, base);
+}
+
+void removeTemporariesIn(int folder, const std::string& base) {
+    int own = ::fcntl(folder, F_DUPFD_CLOEXEC, 0);
+    if (own < 0)
         return;
+    DIR* dir = ::fdopendir(own);
+    if (!dir) {
+        ::close(own);
+        return;
+    }
+    // A copy of a descriptor shares its place in the folder with the one it came from.
+    ::rewinddir(dir);
     while (dirent* entry = ::readdir(dir)) {
         if (!isCopyTemporary(entry->d_name) || entry->d_type == DT_DIR)
             continue;

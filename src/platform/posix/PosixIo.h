@@ -29,6 +29,19 @@ std::string baseOf(const std::string& native);
 // Puts on the medium what was created, renamed or removed in folder, as far as it can.
 void syncFolder(const std::string& folder);
 
+// Opens the folder native to read, following links only in its first rootLength characters, the
+// root of its drive as the machine gives it. Below that root each folder is opened relative to
+// the one above without following a link, so nothing on the drive leads elsewhere. -1 with errno
+// when it fails; a link on the way gives ENOTDIR.
+int openFolderBeneath(const std::string& native, std::size_t rootLength);
+
+// Opens the regular file name in folder to read, without following a link. A link, FIFO, device
+// or folder gives -1 with ENOENT and is never opened: the call neither blocks nor wakes a device.
+int openRegularNoFollow(int folder, const std::string& name);
+
+// Joins a name to a native folder ("/" + "a" is "/a").
+std::string joinNative(const std::string& folder, const std::string& name);
+
 // Writes all of bytes, through interruptions; 0 or the errno of the failure.
 int writeAll(int fd, const char* bytes, std::size_t size);
 
@@ -36,6 +49,8 @@ int writeAll(int fd, const char* bytes, std::size_t size);
 // rename: ".<name>.nvtmp-<process>-<count>". The leading dot keeps it out of every listing and
 // match, so nothing takes it for the file itself or a backed-up one.
 std::string temporaryBeside(const std::string& native);
+// The same name for a bare file name, to be created relative to its folder.
+std::string temporaryName(const std::string& base);
 
 // Replaces a small file as a whole: the bytes go to a flushed temporary beside it, which is then
 // renamed over it, so a reader finds the old file or the new one. 0 or the errno of the failure;
@@ -46,5 +61,7 @@ int replaceFile(const std::string& native, const std::string& bytes, mode_t mode
 // those of that file alone whose process has ended (or is this one: it writes the file from one
 // place at a time). Never fails: what cannot be removed stays hidden.
 void removeTemporaries(const std::string& folder, const std::string& base = "");
+// The same in a folder held open.
+void removeTemporariesIn(int folder, const std::string& base = "");
 
 } // namespace nv

@@ -79,16 +79,12 @@ std::pair<std::string, std::string> splitLast(const std::string& drivePath) {
     return {drivePath.substr(0, cut), drivePath.substr(cut + 1)};
 }
 
-std::string literalNativePath(DriveTable& drives, const std::string& drivePath) {
-    const Parsed parsed = parse(drives, drivePath);
-    return Joined(parsed).prefix(parsed.parts.size());
-}
-
 ResolvedPath resolvePath(DriveTable& drives, const std::string& drivePath, FolderIndex* index) {
     const Parsed parsed = parse(drives, drivePath);
     const std::size_t n = parsed.parts.size();
     const Joined literal(parsed);
     ResolvedPath out;
+    out.rootLength = literal.ends[0];
     struct stat st {};
     if (n > 0) {
         // Mostly the path is there in its own letters: one look then, and no other.
@@ -105,12 +101,9 @@ ResolvedPath resolvePath(DriveTable& drives, const std::string& drivePath, Folde
     std::string path;
     for (; k > 0; --k) {
         path = literal.prefix(k);
-        // A link counts as there even when it leads nowhere; one that leads somewhere is followed.
-        if (::lstat(path.c_str(), &st) == 0) {
-            if (S_ISLNK(st.st_mode))
-                ::stat(path.c_str(), &st);
+        // A link counts as there; what lies below it is not looked for.
+        if (::lstat(path.c_str(), &st) == 0)
             break;
-        }
     }
     if (k == 0) {
         path = literal.prefix(0);
@@ -118,8 +111,8 @@ ResolvedPath resolvePath(DriveTable& drives, const std::string& drivePath, Folde
             throw fileFailure(kFailDeviceUnavailable);
     }
 
-    bool onDisk = true; // while the folder walked so far exists, look up letters on disk
-    bool haveStat = true;
+    // While the folder walked so far exists and is no link, look up letters on disk.
+    bool onDisk = k == 0 || S_ISDIR(st.st_mode);
     bool there = n == 0;
     for (std::size_t i = k; i < n; ++i) {
         const std::string& part = parsed.parts[i];
@@ -130,26 +123,20 @@ ResolvedPath resolvePath(DriveTable& drives, const std::string& drivePath, Folde
             if (i > k && ::lstat(exact.c_str(), &probe) == 0) {
                 path = std::move(exact);
                 st = probe;
-                haveStat = S_ISDIR(probe.st_mode); // else a link, to be followed when asked
+                onDisk = S_ISDIR(probe.st_mode);
                 there = true;
                 continue;
             }
             std::string other;
             if (index) {
-                if (!haveStat && ::stat(path.c_str(), &st) != 0)
-                    st = {};
-                haveStat = true;
                 other = index->entryIgnoringCase(path, st, part);
-                if (i + 1 == n && S_ISDIR(st.st_mode)) {
-                    out.folderSeen = true;
-                    out.folder = st;
-                }
             } else {
                 other = listedEntryIgnoringCase(path, part);
             }
             if (!other.empty()) {
                 path = child(path, other);
-                haveStat = false;
+                // Only a folder is looked into; a link found in other letters is not.
+                onDisk = i + 1 < n && ::lstat(path.c_str(), &st) == 0 && S_ISDIR(st.st_mode);
                 there = true;
                 continue;
             }

@@ -12,23 +12,20 @@ class FolderIndex;
 // A drive-form path turned native, with what the lookup learnt on the way.
 struct ResolvedPath {
     std::string path;
+    // Where the root of the drive ends in path: links up to there are the machine's own, below it
+    // nothing is followed.
+    std::size_t rootLength = 0;
     bool exists = false; // path is there (a link counts, even one that leads nowhere)
-    // When the last name was looked for through an index: what stat() said of its folder.
-    bool folderSeen = false;
-    struct stat folder {};
 };
 
 // As nativePath, asking index (when given) instead of listing folders for names in other
 // letters.
 ResolvedPath resolvePath(DriveTable& drives, const std::string& drivePath, FolderIndex* index);
 
-// The native path of drivePath in exactly the letters given, from the drive table alone: a first
-// try that costs nothing when it works. Throws as nativePath for a bad form or an unknown drive.
-std::string literalNativePath(DriveTable& drives, const std::string& drivePath);
-
 // Turns a drive-form path into the native path it means. A component that is not there in its
 // exact letters takes the entry that matches it without regard to case; components that do not
-// exist at all keep their letters. Throws FileFailure: 68 for a drive that is unknown or not
+// exist at all keep their letters, and so do those below a link: the lookup does not list what a
+// link on the drive leads to. Throws FileFailure: 68 for a drive that is unknown or not
 // ready, 52 for a path that is not in drive form.
 std::string nativePath(DriveTable& drives, const std::string& drivePath);
 

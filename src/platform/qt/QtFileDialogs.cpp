@@ -4,6 +4,7 @@
 #include "platform/FileFailure.h"
 
 #include <QFileDialog>
+#include <QFileInfo>
 
 namespace nv {
 
@@ -25,8 +26,12 @@ std::string QtFileDialogs::showOpen(const std::string& title, const std::string&
     dialog.setLabelText(QFileDialog::FileType, "Bestandstypen:");
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
         return "";
+    // The file operations follow no link below a drive's root, so a file picked through a link of
+    // the user's own (a documents folder on another disk) enters the list by its real path.
+    const QString picked = dialog.selectedFiles().first();
+    const QString real = QFileInfo(picked).canonicalFilePath();
     try {
-        return driveFormOf(dialog.selectedFiles().first().toStdString());
+        return driveFormOf((real.isEmpty() ? picked : real).toStdString());
     } catch (const FileFailure&) {
         return "";
     }

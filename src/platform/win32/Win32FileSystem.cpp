@@ -19,8 +19,9 @@ using namespace win32;
 
 namespace {
 
-constexpr DWORD kNotPlain =
-    FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM;
+// A reparse point (a link or a junction) is neither a plain file nor a folder of the drive.
+constexpr DWORD kNotPlain = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_HIDDEN |
+                            FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_REPARSE_POINT;
 
 // No "insert a disk" box from the system while an empty drive is probed.
 class QuietDriveErrors {
@@ -65,6 +66,33 @@ std::wstring folderOf(const std::wstring& path) {
     return path.substr(0, cut + 1);
 }
 
+// Whether a folder on the way to path, below its drive's root, is a reparse point: a link or a
+// junction that would lead elsewhere. With last, path itself counts as one of the folders.
+bool throughReparsePoint(const std::wstring& path, bool last) {
+    std::size_t at = path.size() >= 3 && path[1] == L':' ? 3 : 0;
+    for (;;) {
+        std::size_t end = path.find(L'\\', at);
+        if (end == std::wstring::npos && !last)
+            return false;
+        std::wstring prefix = path.substr(0, end);
+        if (prefix.size() > at) {
+            DWORD attributes = GetFileAttributesW(prefix.c_str());
+            if (attributes != INVALID_FILE_ATTRIBUTES &&
+                (attributes & FILE_ATTRIBUTE_REPARSE_POINT))
+                return true;
+        }
+        if (end == std::wstring::npos)
+            return false;
+        at = end + 1;
+    }
+}
+
+// Refuses a path that leads through a reparse point as a path that is not there.
+void refuseReparsePoints(const std::wstring& path, bool last) {
+    if (throughReparsePoint(path, last))
+        throw failureFor(ERROR_PATH_NOT_FOUND, path);
+}
+
 bool isFolder(const std::wstring& path) {
     DWORD attributes = GetFileAttributesW(path.c_str());
     return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY);
@@ -75,6 +103,11 @@ bool isFolder(const std::wstring& path) {
 void findEach(const std::wstring& spec, bool required,
               const std::function<bool(const WIN32_FIND_DATAW&)>& take) {
     QuietDriveErrors quiet;
+    if (throughReparsePoint(folderOf(spec), true)) {
+        if (required)
+            throw failureFor(ERROR_PATH_NOT_FOUND, spec);
+        return;
+    }
     WIN32_FIND_DATAW data;
     FindHandle find(
         FindFirstFileExW(spec.c_str(), FindExInfoBasic, &data, FindExSearchNameMatch, nullptr, 0));
@@ -158,6 +191,8 @@ std::string Win32FileSystem::firstMatch(const std::string& spec) {
 void Win32FileSystem::moveFile(const std::string& oldPath, const std::string& newPath) {
     std::wstring from = widePath(oldPath);
     std::wstring to = widePath(newPath);
+    refuseReparsePoints(folderOf(from), true);
+    refuseReparsePoints(folderOf(to), true);
     if (!MoveFileExW(from.c_str(), to.c_str(), MOVEFILE_COPY_ALLOWED | MOVEFILE_WRITE_THROUGH)) {
         DWORD error = GetLastError();
         throwFailure(error, driveMissing(to) ? to : from);
@@ -181,9 +216,23 @@ std::optional<StagedCopy> Win32FileSystem::stageCopy(const std::string& source,
     std::wstring to = widePath(destination);
     QuietDriveErrors quiet;
 
+    refuseReparsePoints(folderOf(from), true);
+    refuseReparsePoints(folderOf(to), true);
     WIN32_FILE_ATTRIBUTE_DATA data{};
     if (!GetFileAttributesExW(from.c_str(), GetFileExInfoStandard, &data))
         throwFailure(GetLastError(), from);
+    // A link is not read as the file it points to.
+    if (data.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT)
+        throw failureFor(ERROR_FILE_NOT_FOUND, from);
+    // A file to be replaced keeps its own attributes, and a read-only one is not replaced.
+    DWORD keep = data.dwFileAttributes;
+    WIN32_FILE_ATTRIBUTE_DATA old{};
+    if (GetFileAttributesExW(to.c_str(), GetFileExInfoStandard, &old) &&
+        !(old.dwFileAttributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT))) {
+        if (old.dwFileAttributes & FILE_ATTRIBUTE_READONLY)
+            throw failureFor(ERROR_ACCESS_DENIED, to);
+        keep = old.dwFileAttributes;
+    }
 
     std::wstring temp;
     for (int attempt = 0;; ++attempt) {
@@ -208,7 +257,7 @@ std::optional<StagedCopy> Win32FileSystem::stageCopy(const std::string& source,
     copy.temporary = utf8FromWide(temp);
     copy.target = utf8FromWide(to);
     copy.bytes = (std::uintmax_t{data.nFileSizeHigh} << 32) | data.nFileSizeLow;
-    copy.attributes = data.dwFileAttributes;
+    copy.attributes = keep;
     return copy;
 }
 
@@ -252,6 +301,7 @@ void Win32FileSystem::discardStaged(const StagedCopy& copy) noexcept {
 
 void Win32FileSystem::deleteFile(const std::string& path) {
     std::wstring wide = widePath(path);
+    refuseReparsePoints(folderOf(wide), true);
     if (!DeleteFileW(wide.c_str()))
         throwFailure(GetLastError(), wide);
 }
@@ -259,21 +309,31 @@ void Win32FileSystem::deleteFile(const std::string& path) {
 void Win32FileSystem::writeFile(const std::string& path, const std::string& bytes) {
     std::wstring wide = widePath(path);
     QuietDriveErrors quiet;
-    HANDLE out = CreateFileW(wide.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
+    refuseReparsePoints(folderOf(wide), true);
+    // Written beside and moved over the name: a link standing there is replaced, never written
+    // through.
+    std::wstring temp = temporaryName(wide);
+    HANDLE out = CreateFileW(temp.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
                              FILE_ATTRIBUTE_NORMAL, nullptr);
     if (out == INVALID_HANDLE_VALUE)
         throwFailure(GetLastError(), wide);
     DWORD written = 0;
     BOOL ok = WriteFile(out, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
-    DWORD error = GetLastError();
+    DWORD error = ok && written != bytes.size() ? ERROR_WRITE_FAULT : GetLastError();
     CloseHandle(out);
-    if (!ok || written != bytes.size())
-        throwFailure(ok ? ERROR_WRITE_FAULT : error, wide);
+    if (ok && written == bytes.size() &&
+        MoveFileExW(temp.c_str(), wide.c_str(), MOVEFILE_REPLACE_EXISTING))
+        return;
+    if (ok && written == bytes.size())
+        error = GetLastError();
+    discard(temp);
+    throwFailure(error, wide);
 }
 
 void Win32FileSystem::makeFolder(const std::string& path) {
     std::wstring wide = widePath(path);
     QuietDriveErrors quiet;
+    refuseReparsePoints(folderOf(wide), true);
     if (!CreateDirectoryW(wide.c_str(), nullptr))
         throwFailure(GetLastError(), wide);
 }
@@ -293,6 +353,8 @@ void Win32FileSystem::deleteByPattern(const std::string& spec) {
 
 void Win32FileSystem::removeFolder(const std::string& path) {
     std::wstring wide = widePath(path);
+    // A junction in the folder's place is not a folder of the drive.
+    refuseReparsePoints(wide, true);
     if (!RemoveDirectoryW(wide.c_str()))
         throwFailure(GetLastError(), wide);
 }
@@ -301,7 +363,7 @@ std::vector<std::string> Win32FileSystem::listFolders(const std::string& folder)
     std::vector<std::string> names;
     findEach(everythingIn(folder), true, [&](const WIN32_FIND_DATAW& data) {
         if ((data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) &&
-            !(data.dwFileAttributes & FILE_ATTRIBUTE_HIDDEN))
+            !(data.dwFileAttributes & (FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_REPARSE_POINT)))
             names.push_back(utf8FromWide(data.cFileName));
         return true;
     });

@@ -1,5 +1,6 @@
 #include "mainwindow/qt/FrmMain.h"
 #include "mainwindow/qt/TargetLists.h"
+#include "platform/FileFailure.h"
 #include "support/ProgramFolder.h"
 
 #include <QAction>
@@ -163,6 +164,26 @@ TEST_F(ListAndPanelTest, DeletingBackupFoldersFlatMirroredAndEmpty) {
     }
     EXPECT_TRUE(machine.temp.exists("Stick/Backup2026-11-14"));
     EXPECT_TRUE(machine.temp.exists("Stick/Backup2026-11-15/Norvale/NV.ini"));
+}
+
+// A folder on the stick that links to the user's documents is no backup folder: it is not
+// offered, and "Verwijder" never empties what it leads to.
+TEST_F(ListAndPanelTest, ALinkedFolderIsNotOfferedAndWhatItLeadsToStays) {
+    machine.temp.write("Thuis/Documenten/brief.txt", "van de gebruiker");
+    std::filesystem::create_directory_symlink(machine.temp.native("Thuis/Documenten"),
+                                              machine.temp.native("Stick/Backup2026-11-13"));
+    load(1);
+    for (int i = 0; i < window.TargetDirectories->count(); ++i)
+        EXPECT_FALSE(window.TargetDirectories->item(i)->text().endsWith("Backup2026-11-13"));
+    try {
+        window.TargetDirectories->setPath("E:\\Backup2026-11-13");
+    } catch (const FileFailure&) {
+    }
+    machine.boxes.answer(Answer::Yes);
+    window.CmdDeleteDir_Click();
+    EXPECT_EQ(machine.temp.read("Thuis/Documenten/brief.txt"), "van de gebruiker");
+    EXPECT_TRUE(std::filesystem::is_symlink(machine.temp.native("Stick/Backup2026-11-13")));
+    EXPECT_EQ(window.TargetDirectories->path(), "E:\\");
 }
 
 } // namespace

@@ -206,4 +206,28 @@ TEST_F(SameNameWizardTest, OneChosenRowNeverTakesTheBackupOfAnotherFileOfItsName
     EXPECT_TRUE(window.LstSelectedFiles->selectedItems().isEmpty());
 }
 
+// A read-only production file is not replaced: the wizard tells the failure at its row. The file
+// before it comes back with its own mode, not the stick's.
+TEST_F(WizardTest, AReadOnlyProductionFileIsToldAndKeptAndModesStay) {
+    const fs::path ini = machine.temp.native("Norvale/NV.ini");
+    fs::permissions(ini, fs::perms(0600));
+    fs::permissions(backup("NV.ini"), fs::perms(0777));
+    fs::permissions(machine.temp.native("Norvale/stockA.NVD"), fs::perms(0444));
+    window.CmdRestore_Click();
+    next();
+    next();
+    window.TargetDirectories->setPath("E:\\Backup2026-11-17");
+    next();
+    machine.boxes.answer(Answer::Yes);
+    next();
+    EXPECT_TRUE(text().startsWith("Het terugzetten van de bestanden is niet (volledig) gelukt"));
+    EXPECT_TRUE(text().contains("\r\nFout bij toegang tot pad of bestand\r\n"))
+        << text().toStdString();
+    EXPECT_TRUE(text().contains("stap 5 en in substap 1.")) << text().toStdString();
+    EXPECT_EQ(machine.temp.read("Norvale/stockA.NVD"), "a bad day");
+    EXPECT_EQ(machine.temp.read("Norvale/NV.ini"), "good NV.ini");
+    EXPECT_EQ(fs::status(ini).permissions(), fs::perms(0600));
+    EXPECT_EQ(machine.temp.read("Norvale/NV_Ledger01.mdb"), "a bad day");
+}
+
 } // namespace

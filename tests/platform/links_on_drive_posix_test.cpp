@@ -1,0 +1,177 @@
+// What a prepared drive can hold besides files and folders: links to elsewhere, FIFOs and device
+// nodes. None of them is followed, read or written through by a file operation.
+#include "platform/FileFailure.h"
+#include "platform/FileSystem.h"
+#include "support/FailureOf.h"
+#include "support/ProgramFolder.h"
+
+#include <filesystem>
+#include <functional>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
+
+using namespace nv;
+using nvtest::failureOf;
+namespace fs = std::filesystem;
+
+namespace {
+
+using Names = std::vector<std::string>;
+
+// A stick E: with a backup folder whose entries lead out of it, and the user's own files beside
+// the stick that they lead to.
+class PreparedStick : public ::testing::Test {
+protected:
+    void SetUp() override {
+        machine.temp.write("Thuis/Documenten/brief.txt", "van de gebruiker");
+        machine.temp.write("Thuis/.ssh/id_rsa", "geheim");
+        machine.temp.write("Stick/Backup2026-11-17/NV_Ledger01.mdb", "echte backup");
+        fs::create_directories(machine.temp.native("Stick/Andere"));
+    }
+    fs::path stick(const std::string& relative) const {
+        return machine.temp.native("Stick/" + relative);
+    }
+    std::string home(const std::string& relative) const {
+        return machine.temp.read("Thuis/" + relative);
+    }
+    Names homeFiles() const {
+        Names names;
+        for (const auto& entry : fs::recursive_directory_iterator(machine.temp.native("Thuis")))
+            if (entry.is_regular_file())
+                names.push_back(entry.path().filename().string());
+        std::sort(names.begin(), names.end());
+        return names;
+    }
+
+    nvtest::TestMachine machine;
+    nvtest::FolderDrive drive{'E', machine.temp.native("Stick")};
+    FileSystem& files = *machine.platform.files;
+};
+
+struct Oddity {
+    const char* name;
+    std::function<bool(const fs::path& at, const nvtest::TempFolder& temp)> make;
+};
+
+TEST_F(PreparedStick, AnEntryThatIsNoPlainFileIsNotFoundAndNeverRead) {
+    const Oddity oddities[] = {
+        {"link to a file outside",
+         [](const fs::path& at, const nvtest::TempFolder& temp) {
+             fs::create_symlink(temp.native("Thuis/.ssh/id_rsa"), at);
+             return true;
+         }},
+        {"relative link up and out",
+         [](const fs::path& at, const nvtest::TempFolder&) {
+             fs::create_symlink("../../Thuis/.ssh/id_rsa", at);
+             return true;
+         }},
+        {"link to a file in the same folder",
+         [](const fs::path& at, const nvtest::TempFolder&) {
+             fs::create_symlink("NV_Ledger01.mdb", at);
+             return true;
+         }},
+        {"dangling link",
+         [](const fs::path& at, const nvtest::TempFolder&) {
+             fs::create_symlink("weg.ini", at);
+             return true;
+         }},
+        {"FIFO", [](const fs::path& at,
+                    const nvtest::TempFolder&) { return ::mkfifo(at.c_str(), 0644) == 0; }},
+        {"character device",
+         [](const fs::path& at, const nvtest::TempFolder&) {
+             return ::mknod(at.c_str(), S_IFCHR | 0666, makedev(1, 3)) == 0;
+         }},
+    };
+    for (const Oddity& oddity : oddities) {
+        SCOPED_TRACE(oddity.name);
+        const fs::path at = stick("Backup2026-11-17/NV.ini");
+        if (!oddity.make(at, machine.temp)) {
+            std::cout << "skipped without the rights: " << oddity.name << "\n";
+            continue;
+        }
+        EXPECT_EQ(files.firstMatch("E:\\Backup2026-11-17\\NV.ini"), "");
+        EXPECT_EQ(files.firstMatch("E:\\Backup2026-11-17\\nv.INI"), "");
+        EXPECT_EQ(files.firstMatch("E:\\Backup2026-11-17\\*.ini"), "");
+        EXPECT_EQ(files.listFiles("E:\\Backup2026-11-17", "*.*"), Names{"NV_Ledger01.mdb"});
+        // A copy from it is a copy of a file that is not there, and writes nothing.
+        machine.temp.write("Norvale/NV.ini", "productie");
+        EXPECT_EQ(failureOf([&] {
+                      files.copyFile("E:\\Backup2026-11-17\\NV.ini",
+                                     machine.temp.drive("Norvale\\NV.ini"));
+                  }),
+                  kFailPathNotFound);
+        EXPECT_EQ(machine.temp.read("Norvale/NV.ini"), "productie");
+        // Deleting the folder's files leaves it and what it leads to alone.
+        fs::copy_file(stick("Backup2026-11-17/NV_Ledger01.mdb"), stick("kopie.mdb"));
+        files.deleteByPattern("E:\\Backup2026-11-17\\*.*");
+        EXPECT_TRUE(fs::exists(fs::symlink_status(at)));
+        EXPECT_FALSE(fs::exists(stick("Backup2026-11-17/NV_Ledger01.mdb")));
+        fs::rename(stick("kopie.mdb"), stick("Backup2026-11-17/NV_Ledger01.mdb"));
+        fs::remove(at);
+        EXPECT_EQ(homeFiles(), (Names{"brief.txt", "id_rsa"}));
+        EXPECT_EQ(home(".ssh/id_rsa"), "geheim");
+    }
+}
+
+// A folder that is a link, at any depth of the path, is no folder of the drive.
+TEST_F(PreparedStick, AFolderThatIsALinkIsNeitherListedNorOpenedNorEmptied) {
+    fs::create_directory_symlink(machine.temp.native("Thuis/Documenten"),
+                                 stick("Backup2026-11-18"));
+    fs::create_directory_symlink("../../Thuis", stick("Andere/Norvale"));
+    fs::create_directory_symlink("Andere", stick("Backup2026-11-19"));
+    EXPECT_EQ(files.listFolders("E:\\"), (Names{"Andere", "Backup2026-11-17"}));
+    EXPECT_EQ(files.listFolders("E:\\Andere"), Names{});
+
+    for (const std::string folder : {"E:\\Backup2026-11-18", "E:\\backup2026-11-18",
+                                     "E:\\Andere\\Norvale", "E:\\Backup2026-11-19\\Norvale"}) {
+        SCOPED_TRACE(folder);
+        EXPECT_EQ(files.firstMatch(folder + "\\*.*"), "");
+        EXPECT_EQ(files.firstMatch(folder + "\\brief.txt"), "");
+        EXPECT_EQ(failureOf([&] { files.listFiles(folder, "*.*"); }), kFailPathNotFound);
+        EXPECT_EQ(failureOf([&] { files.listFolders(folder); }), kFailPathNotFound);
+        // What "Verwijder map" does: its files, then the folder.
+        EXPECT_EQ(failureOf([&] { files.deleteByPattern(folder + "\\*.*"); }), kFailPathNotFound);
+        EXPECT_NE(failureOf([&] { files.removeFolder(folder); }), 0);
+        // What a backup run does in it.
+        EXPECT_NE(failureOf([&] { files.makeFolder(folder); }), 0);
+        EXPECT_EQ(failureOf([&] { files.makeFolder(folder + "\\Norvale"); }), kFailPathNotFound);
+        EXPECT_EQ(failureOf([&] {
+                      files.copyFile("E:\\Backup2026-11-17\\NV_Ledger01.mdb",
+                                     folder + "\\brief.txt");
+                  }),
+                  kFailPathNotFound);
+        EXPECT_EQ(failureOf([&] { files.writeFile(folder + "\\brief.txt", "x"); }),
+                  kFailPathNotFound);
+        EXPECT_EQ(failureOf([&] { files.deleteFile(folder + "\\brief.txt"); }), kFailPathNotFound);
+        EXPECT_EQ(
+            failureOf([&] { files.copyFile(folder + "\\brief.txt", "E:\\Andere\\brief.txt"); }),
+            kFailPathNotFound);
+        files.removeCopyLeftovers(folder);
+        EXPECT_EQ(homeFiles(), (Names{"brief.txt", "id_rsa"}));
+        EXPECT_EQ(home("Documenten/brief.txt"), "van de gebruiker");
+    }
+    EXPECT_TRUE(fs::is_symlink(stick("Backup2026-11-18")));
+    EXPECT_FALSE(fs::exists(stick("Andere/brief.txt")));
+}
+
+// A link that stands where a file is written is replaced by the file, and a link deleted goes
+// itself: what it leads to stays as it was.
+TEST_F(PreparedStick, WritingOrDeletingAtALinkLeavesItsTargetAlone) {
+    fs::create_symlink(machine.temp.native("Thuis/.ssh/id_rsa"), stick("Andere/temp.url"));
+    files.writeFile("E:\\Andere\\temp.url", "[internetShortcut]\r\n");
+    EXPECT_FALSE(fs::is_symlink(stick("Andere/temp.url")));
+    EXPECT_EQ(machine.temp.read("Stick/Andere/temp.url"), "[internetShortcut]\r\n");
+
+    fs::create_symlink(machine.temp.native("Thuis/.ssh/id_rsa"), stick("Andere/oud.ini"));
+    files.deleteFile("E:\\Andere\\oud.ini");
+    EXPECT_FALSE(fs::exists(fs::symlink_status(stick("Andere/oud.ini"))));
+
+    fs::create_symlink(machine.temp.native("Thuis/.ssh/id_rsa"), stick("Andere/NV.ini"));
+    files.copyFile("E:\\Backup2026-11-17\\NV_Ledger01.mdb", "E:\\Andere\\NV.ini");
+    EXPECT_FALSE(fs::is_symlink(stick("Andere/NV.ini")));
+    EXPECT_EQ(machine.temp.read("Stick/Andere/NV.ini"), "echte backup");
+    EXPECT_EQ(home(".ssh/id_rsa"), "geheim");
+}
+
+} // namespace
