@@ -4,6 +4,7 @@
 #include "platform/Platform.h"
 #include "production/KnownFile.h"
 #include "startup/AppSettings.h"
+#include "startup/FileOps.h"
 #include "startup/MsgBox.h"
 #include "startup/Settings.h"
 
@@ -54,6 +55,8 @@ MainOutcome Main(StartWindows& windows) {
     // been told.
     if (AppSettings.strAppDir.empty())
         return MainOutcome::Ended;
+    // What an interrupted restore or settings write left in the production folder goes now.
+    subRemoveCopyLeftovers(AppSettings.strAppDir);
 
     if (status == 1) {
         if (MsgBox(kRestoreOnlyQuestion, Buttons::YesNo, Icon::Question, DefaultButton::First) ==

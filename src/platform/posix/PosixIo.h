@@ -36,8 +36,8 @@ int writeAll(int fd, const char* bytes, std::size_t size);
 // match, so nothing takes it for the file itself or a backed-up one.
 std::string temporaryBeside(const std::string& native);
 
-// Removes the temporaries that interrupted writes left in folder: every one, or with base given
-// those of that file alone whose process has ended (or is this one: it writes the file from one
+// Removes the temporaries that interrupted writes left in folder, of every file or with base given
+// of that file alone: those whose process has ended, or is this one (it writes each file from one
 // place at a time). Never fails: what cannot be removed stays hidden.
 void removeTemporaries(const std::string& folder, const std::string& base = "");
 
