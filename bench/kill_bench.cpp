@@ -15,6 +15,7 @@
 #include "startup/AppSettings.h"
 #include "support/TestMachine.h"
 
+#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <cstdint>
@@ -72,6 +73,14 @@ void newVersions(const fs::path& folder, Versions& versions, std::mt19937_64& ra
         fs::rename(folder / ".nieuw", folder / name);
         versions[name].insert(hashOf(bytes));
     }
+}
+
+// The copy temporaries at any depth below folder.
+int leftoversIn(const fs::path& folder) {
+    int count = 0;
+    for (const auto& entry : fs::recursive_directory_iterator(folder))
+        count += nv::isCopyTemporary(entry.path().filename().string());
+    return count;
 }
 
 struct Count {
@@ -204,15 +213,20 @@ int main(int argc, char** argv) {
     std::fflush(stdout);
 
     int ended = 0;
-    for (int round = 0; round < backups; ++round) {
+    int leftBehind = 0; // temporaries seen right after each kill, before the next run
+    // Runs that end before their kill do not count; the kills go on until enough have landed.
+    for (int round = 0; round - ended < backups; ++round) {
         s.Directory = static_cast<uint8_t>(round % 2);
         newVersions(production, versions, random);
         std::uniform_int_distribution<long> moment(0, fullBackup.count() * 12 / 10);
+        const int before = leftoversIn(stick);
         ended += killedAfter(backUp, std::chrono::microseconds(moment(random)));
+        leftBehind += std::max(0, leftoversIn(stick) - before);
     }
     const Count killed = look(stick, versions);
-    std::printf("\n%d backups killed (%d ended before the kill): %d files, %d bad, %d leftovers\n",
-                backups - ended, ended, killed.files, killed.bad, killed.leftovers);
+    std::printf("\n%d backups killed (%d ended before the kill): %d temporaries left by the "
+                "kills; now %d files, %d bad, %d leftovers\n",
+                backups, ended, leftBehind, killed.files, killed.bad, killed.leftovers);
     boxes.last.clear();
     backUp();
     const Count after = look(stick, versions);
@@ -233,17 +247,21 @@ int main(int argc, char** argv) {
                 fullRestore.count() / 1e3);
     int badDuring = 0;
     ended = 0;
-    for (int round = 0; round < restores; ++round) {
+    leftBehind = 0;
+    for (int round = 0; round - ended < restores; ++round) {
         newVersions(production, versions, random);
         std::uniform_int_distribution<long> moment(0, fullRestore.count() * 12 / 10);
+        const int before = leftoversIn(production);
         ended +=
             killedAfter([&] { restore(rows, from); }, std::chrono::microseconds(moment(random)));
-        badDuring += look(production, versions).bad;
+        const Count now = look(production, versions);
+        badDuring += now.bad;
+        leftBehind += std::max(0, now.leftovers - before);
     }
     const Count restoreKilled = look(production, versions);
     std::printf("%d restores killed (%d ended before the kill): %d bad files seen after the "
-                "kills, %d leftovers\n",
-                restores - ended, ended, badDuring, restoreKilled.leftovers);
+                "kills, %d temporaries left by the kills; now %d leftovers\n",
+                restores, ended, badDuring, leftBehind, restoreKilled.leftovers);
     const std::string caption = restore(rows, from);
     const Count restored = look(production, versions);
     int equal = 0;
