@@ -6,9 +6,10 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 root="$PWD"
 
-bash scripts/install-deps.sh
-cmake --preset dev >/dev/null
-cmake --build --preset dev -j2 --target norvale-backup
+# Only what the program needs; the tests' packages (MinGW, Wine, GoogleTest) stay out.
+bash scripts/install-deps.sh --demo
+cmake --preset package >/dev/null
+cmake --build --preset package -j2
 
 demo="$root/demo"
 [ "${1:-}" = "--fresh" ] && rm -rf "$demo"
@@ -27,9 +28,15 @@ while read -r name lines; do
     sample "$name" "$lines"
 done < <(grep -v '^#' scripts/lib/sample-files.txt)
 
+# A new demo backs up to its stick: the settings file starts with DriveTarget=E:, in the bytes
+# the program writes itself (CR LF); the program adds the other keys at its first start.
+if [ ! -e "$program/NVbackuptool.ini" ]; then
+    printf '[Basic settings]\r\nDriveTarget=E:\r\n' >"$program/NVbackuptool.ini"
+fi
+
 # The program lives in the demo's program folder, as it would beside the host product.
-install -m 0755 build/dev/src/norvale-backup "$program/norvale-backup"
-install -m 0644 "build/dev/src/NV BU tool.chm" "$program/NV BU tool.chm"
+install -m 0755 build/package/src/norvale-backup "$program/norvale-backup"
+install -m 0644 "build/package/src/NV BU tool.chm" "$program/NV BU tool.chm"
 if [ -d assets/install ]; then
     cp -r assets/install/. "$program/"
 fi
@@ -37,7 +44,11 @@ fi
 echo "Demo install: $program (stick E: = $demo/stick)"
 export NVBACKUP_DRIVES="E=$demo/stick"
 if [ -z "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
-    echo "No display: starting under xvfb-run."
-    exec xvfb-run -a "$program/norvale-backup"
+    echo "No display: the program runs on a virtual display (xvfb-run), where nobody sees it."
+    # The program tells its own process number, so that it can be stopped from elsewhere too;
+    # the virtual display goes with it.
+    exec xvfb-run -a bash -c 'echo "Stop it with Ctrl+C, or from elsewhere with: kill $$"
+        exec "$0"' "$program/norvale-backup"
 fi
+echo "Starting the program; close its window to stop it."
 exec "$program/norvale-backup"

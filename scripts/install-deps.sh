@@ -1,10 +1,19 @@
 #!/usr/bin/env bash
 # Installs Debian packages that are missing, with apt-get (through sudo when not root): the
-# packages named, or without arguments those the build and the tests need.
-#   bash scripts/install-deps.sh [package...]
+# packages named, with --demo those the program needs to build and run (scripts/demo.sh), or
+# without arguments those the build and all the tests need.
+#   bash scripts/install-deps.sh [--demo | package...]
 set -euo pipefail
 
-if [ $# -gt 0 ]; then
+if [ "${1:-}" = "--demo" ]; then
+    packages=(
+        cmake ninja-build g++ pkg-config
+        qt6-base-dev qt6-base-dev-tools libgl-dev qt6-translations-l10n
+        fp-utils libchm-dev libmd4c-dev libmd4c-html0-dev
+    )
+    # A machine without a display runs the program on a virtual one.
+    [ -z "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ] && packages+=(xvfb xauth)
+elif [ $# -gt 0 ]; then
     packages=("$@")
 else
     packages=(

@@ -16,6 +16,8 @@ std::string failureDescription(int32_t number) {
         return "Bestand niet gevonden";
     case kFailDeviceIo:
         return "Invoer/uitvoer-fout van apparaat";
+    case kFailFileTooLarge:
+        return "Bestand te groot voor dit backup medium";
     case kFailTargetFull:
         return "Schijf vol";
     case kFailDeviceUnavailable:

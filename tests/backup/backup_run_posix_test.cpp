@@ -2,8 +2,15 @@
 
 #include <chrono>
 #include <csignal>
+#include <cstddef>
 #include <fstream>
+#include <functional>
+#include <linux/filter.h>
+#include <linux/seccomp.h>
 #include <sys/mount.h>
+#include <sys/prctl.h>
+#include <sys/resource.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
@@ -216,6 +223,79 @@ TEST_F(RealTarget, ARunKilledInTheMiddleOfAGroupLeavesOnlyTemporaries) {
         EXPECT_EQ(entries(kToday), (Log{"a.ini", "big.mdb", "c.ini"}));
         std::ifstream copy(point / kToday / "big.mdb", std::ios::binary);
         EXPECT_TRUE(std::string(std::istreambuf_iterator<char>(copy), {}) == big);
+    }
+}
+
+// FAT32 holds no file of 4 GiB or more, and the kernel says so with EFBIG. A process's own file
+// size limit gives the same answer, from the same place, for a smaller file.
+TEST_F(RealTarget, AFileTooLargeForTheMediumEndsTheRunInPlainWords) {
+    list({sized("a.ini", 1000), sized("big.mdb", 256 << 10), sized("c.ini", 1000)});
+    rlimit old{};
+    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &old), 0);
+    const rlimit small{128 << 10, old.rlim_max};
+    auto* oldHandler = std::signal(SIGXFSZ, SIG_IGN);
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &small), 0);
+    run();
+    ::setrlimit(RLIMIT_FSIZE, &old);
+    std::signal(SIGXFSZ, oldHandler);
+
+    ASSERT_EQ(boxes.shown.size(), 2u);
+    EXPECT_EQ(boxes.shown[1].title, "Norvale Backup");
+    EXPECT_EQ(boxes.shown[1].text, "60 Bestand te groot voor dit backup medium");
+    // Nothing half-written: the file that did not fit is not there, nor its temporary.
+    EXPECT_EQ(entries(kToday), Log{"a.ini"});
+    EXPECT_EQ(windows.copies, 2);
+    expectNotMade();
+}
+
+// Runs work on a thread of its own on which the kernel answers fchmod and the setting of file
+// times with err, as FAT, exFAT and FUSE drivers may; false when this kernel cannot be told so.
+bool onThreadRefusingBitsAndTimes(int err, const std::function<void()>& work) {
+    bool filtered = false;
+    std::thread thread([&] {
+        const unsigned answer = SECCOMP_RET_ERRNO | (static_cast<unsigned>(err) & SECCOMP_RET_DATA);
+        sock_filter code[] = {
+            BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
+            BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, __NR_fchmod, 2, 0),
+            BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, __NR_utimensat, 1, 0),
+            BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
+            BPF_STMT(BPF_RET | BPF_K, answer),
+        };
+        sock_fprog program{static_cast<unsigned short>(std::size(code)), code};
+        // Without TSYNC the filter holds for this thread alone, and goes with it.
+        filtered = ::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0 &&
+                   ::prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program) == 0;
+        if (filtered)
+            work();
+    });
+    thread.join();
+    return filtered;
+}
+
+TEST_F(RealTarget, AMediumThatKeepsNoPermissionBitsOrTimesStillTakesTheCopies) {
+    list({sized("NV.ini", 1000), sized("NV.mdb", 5000)});
+    struct Case {
+        int err;
+        std::string lastBox;
+    };
+    for (const Case& c :
+         {Case{EPERM, "Back Up"}, Case{ENOSYS, "Back Up"}, Case{EOPNOTSUPP, "Back Up"},
+          // A real failure of the same calls still ends the run.
+          Case{EIO, "57 Invoer/uitvoer-fout van apparaat"}}) {
+        SCOPED_TRACE(c.err);
+        fs::remove_all(point / kToday);
+        boxes.shown.clear();
+        if (!onThreadRefusingBitsAndTimes(c.err, [&] { run(); }))
+            GTEST_SKIP() << "cannot filter system calls here";
+        ASSERT_EQ(boxes.shown.size(), 2u);
+        if (c.err == EIO) {
+            EXPECT_EQ(boxes.shown[1].text, c.lastBox);
+            EXPECT_EQ(entries(kToday), Log{});
+        } else {
+            EXPECT_EQ(boxes.shown[1].title, c.lastBox);
+            EXPECT_EQ(entries(kToday), (Log{"NV.ini", "NV.mdb"}));
+            EXPECT_EQ(fs::file_size(point / kToday / "NV.mdb"), 5000u);
+        }
     }
 }
 

@@ -1,10 +1,12 @@
 #include "platform/FileFailure.h"
 #include "platform/posix/DriveTable.h"
+#include "platform/posix/Mounts.h"
 #include "platform/posix/PosixFileSystem.h"
 #include "platform/posix/PosixPathResolution.h"
 #include "support/FailureOf.h"
 #include "support/TempFolder.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
@@ -17,42 +19,131 @@ namespace fs = std::filesystem;
 
 namespace {
 
-std::string mountLine(int id, const std::string& point, const std::string& source) {
-    return std::to_string(id) + " 1 8:1 / " + point + " rw,relatime shared:1 - ext4 " + source +
-           " rw\n";
+std::string mountLine(int id, const std::string& point, const std::string& source,
+                      const std::string& type = "ext4", const std::string& root = "/") {
+    return std::to_string(id) + " 1 8:" + std::to_string(id) + " " + root + " " + point +
+           " rw,relatime shared:1 - " + type + " " + source + " rw\n";
 }
 
-TEST(DriveTable, LettersFollowTheMountsAndKeepTheirPlace) {
+// A table over a mount table of the test's own, as a new start of the program would build it.
+DriveTable::Options startOver(const fs::path& info, const fs::path& state,
+                              const std::string& variable = "") {
+    DriveTable::Options o;
+    o.home = "/home/anna";
+    o.drivesVariable = variable;
+    o.mountinfoPath = info.string();
+    o.lettersPath = state.string();
+    o.devDisk = "";
+    return o;
+}
+
+std::string lettersOf(DriveTable& table) {
+    std::string out;
+    for (const DriveInfo& d : table.list())
+        out += std::string(1, d.letter) + "=" + d.root + " ";
+    return out;
+}
+
+TEST(DriveTable, DrivesAreWhatAFileManagerShowsAndKeepTheirLetters) {
     nvtest::TempFolder temp;
     fs::path info = temp.native("mountinfo");
+    fs::path state = temp.native("state");
     auto setMounts = [&](const std::string& text) { std::ofstream(info) << text; };
-    setMounts(mountLine(1, "/", "/dev/vda") + mountLine(2, "/media/anna/STICK", "/dev/sdb1") +
-              mountLine(3, "/mnt/backup\\040disk", "/dev/sdc1") + mountLine(4, "/mnt", "/dev/x"));
+    const std::string system =
+        mountLine(1, "/", "/dev/vda") +
+        // Pseudo and sandbox mounts, a bind of the root file system, a part of one, overlay.
+        "27 26 0:24 / /mnt/sandboxing/tools ro,nosuid - tmpfs tools ro,size=4k\n" +
+        "28 26 0:25 / /media/anna/RAM rw - tmpfs tmpfs rw\n" +
+        "29 26 8:1 / /media/anna/root rw - ext4 /dev/vda rw\n" +
+        mountLine(30, "/media/anna/part", "/dev/sdd1", "ext4", "/photos") +
+        "31 26 0:26 / /media/anna/merged rw - overlay overlay rw\n" +
+        mountLine(32, "/mnt", "/dev/x");
+    setMounts(system + mountLine(2, "/media/anna/STICK", "/dev/sdb1") +
+              mountLine(3, "/mnt/backup\\040disk", "/dev/sdc1"));
 
-    DriveTable table({"/home/anna", "E=/srv/demo-stick;C=/", info.string(), true});
-    auto letters = [&] {
-        std::string out;
-        for (const DriveInfo& d : table.list())
-            out += std::string(1, d.letter) + "=" + d.root + " ";
-        return out;
+    {
+        DriveTable table(startOver(info, state, "E=/srv/demo-stick;C=/"));
+        // E: is taken by the variable, so the two mounts get D: and F:, in mount point order.
+        EXPECT_EQ(lettersOf(table),
+                  "C=/ D=/media/anna/STICK E=/srv/demo-stick F=/mnt/backup disk H=/home/anna ");
+        EXPECT_EQ(table.toDriveForm("/media/anna/STICK/Backup2026-11-17"), "D:\\Backup2026-11-17");
+        EXPECT_EQ(table.toDriveForm("/home/anna/.config/Norvale"), "H:\\.config\\Norvale");
+        EXPECT_EQ(table.toDriveForm("/home/annabel"), "C:\\home\\annabel");
+        EXPECT_EQ(table.toDriveForm("/opt"), "C:\\opt");
+        EXPECT_EQ(table.toDriveForm("/"), "C:\\");
+
+        // The stick goes: D: is gone and not ready, F: stays F:. It comes back as D:.
+        setMounts(system + mountLine(3, "/mnt/backup\\040disk", "/dev/sdc1"));
+        EXPECT_EQ(lettersOf(table), "C=/ E=/srv/demo-stick F=/mnt/backup disk H=/home/anna ");
+        EXPECT_FALSE(table.ready('D'));
+        EXPECT_EQ(failureOf([&] { nativePath(table, "D:\\Backup"); }), kFailDeviceUnavailable);
+        // Another stick meanwhile takes the next free letter, not the absent one's D:.
+        setMounts(system + mountLine(3, "/mnt/backup\\040disk", "/dev/sdc1") +
+                  mountLine(4, "/media/anna/OTHER", "/dev/sde1"));
+        EXPECT_EQ(table.find('G')->root, "/media/anna/OTHER");
+        EXPECT_FALSE(table.find('D').has_value());
+        setMounts(system + mountLine(3, "/mnt/backup\\040disk", "/dev/sdc1") +
+                  mountLine(5, "/media/anna/STICK", "/dev/sdb1"));
+        EXPECT_TRUE(table.find('d').has_value());
+        EXPECT_EQ(table.find('D')->root, "/media/anna/STICK");
+    }
+    // A new start without the variable: the disk under /mnt keeps F:, E: is free again, and a
+    // volume never seen before takes the first letter nobody holds.
+    setMounts(system + mountLine(3, "/mnt/backup\\040disk", "/dev/sdc1") +
+              mountLine(6, "/media/anna/NEW", "/dev/sdf1"));
+    DriveTable table(startOver(info, state));
+    EXPECT_EQ(lettersOf(table), "C=/ E=/media/anna/NEW F=/mnt/backup disk H=/home/anna ");
+}
+
+// A stick given with NVBACKUP_DRIVES that is unmounted leaves its empty mount point behind:
+// that folder is not the drive, nor is another stick mounted in its place.
+TEST(DriveTable, AGivenMountPointIsReadyOnlyWhileItsVolumeIsMounted) {
+    nvtest::TempFolder temp;
+    fs::path info = temp.native("mountinfo");
+    fs::path point = temp.native("stick");
+    fs::create_directories(point);
+    // The device manager's names: two sticks, one with a uuid, one with only a label.
+    fs::create_directories(temp.native("disk/by-uuid"));
+    fs::create_directories(temp.native("disk/by-label"));
+    for (const char* device : {"sdb1", "sdc1"})
+        std::ofstream(temp.native(device)) << "";
+    fs::create_symlink(temp.native("sdb1"), temp.native("disk/by-uuid/1234-ABCD"));
+    fs::create_symlink(temp.native("sdb1"), temp.native("disk/by-label/STICKB"));
+    fs::create_symlink(temp.native("sdc1"), temp.native("disk/by-label/STICKC"));
+    auto setMounts = [&](const std::string& stick) {
+        std::ofstream(info) << mountLine(1, "/", "/dev/vda") +
+                                   (stick.empty() ? ""
+                                                  : mountLine(2, point.string(),
+                                                              temp.native(stick).string()));
     };
-    // E: is taken by the variable, so the two mounts get D: and F:, in mount point order.
-    EXPECT_EQ(letters(),
-              "C=/ D=/media/anna/STICK E=/srv/demo-stick F=/mnt/backup disk H=/home/anna ");
-    EXPECT_EQ(table.toDriveForm("/media/anna/STICK/Backup2026-11-17"), "D:\\Backup2026-11-17");
-    EXPECT_EQ(table.toDriveForm("/home/anna/.config/Norvale"), "H:\\.config\\Norvale");
-    EXPECT_EQ(table.toDriveForm("/home/annabel"), "C:\\home\\annabel");
-    EXPECT_EQ(table.toDriveForm("/opt"), "C:\\opt");
-    EXPECT_EQ(table.toDriveForm("/"), "C:\\");
-
-    // The stick goes: D: is gone, F: stays F:. It comes back as D:.
-    setMounts(mountLine(1, "/", "/dev/vda") + mountLine(3, "/mnt/backup\\040disk", "/dev/sdc1"));
-    EXPECT_EQ(letters(), "C=/ E=/srv/demo-stick F=/mnt/backup disk H=/home/anna ");
-    EXPECT_FALSE(table.ready('D'));
-    setMounts(mountLine(1, "/", "/dev/vda") + mountLine(3, "/mnt/backup\\040disk", "/dev/sdc1") +
-              mountLine(5, "/media/anna/STICK", "/dev/sdb1"));
-    EXPECT_TRUE(table.find('d').has_value());
-    EXPECT_EQ(table.find('D')->root, "/media/anna/STICK");
+    setMounts("sdb1");
+    DriveTable::Options o =
+        startOver(info, "", "E=" + point.string() + ";F=" + temp.native().string());
+    o.devDisk = temp.native("disk").string();
+    o.scanMounts = false;
+    DriveTable table(o);
+    PosixFileSystem files(table);
+    struct Step {
+        std::string mounted;
+        bool ready;
+    };
+    for (const Step& step :
+         {Step{"sdb1", true}, Step{"", false}, Step{"sdc1", false}, Step{"sdb1", true}}) {
+        SCOPED_TRACE(step.mounted);
+        setMounts(step.mounted);
+        EXPECT_EQ(table.ready('E'), step.ready);
+        EXPECT_EQ(failureOf([&] { files.makeFolder("E:\\Backup2026-11-17"); }),
+                  step.ready ? 0 : kFailDeviceUnavailable);
+        EXPECT_EQ(fs::exists(point / "Backup2026-11-17"), step.ready);
+        fs::remove(point / "Backup2026-11-17");
+        // The list still names the letter, with the label while the stick is there.
+        auto list = table.list();
+        auto e = std::find_if(list.begin(), list.end(), [](auto& d) { return d.letter == 'E'; });
+        ASSERT_NE(e, list.end());
+        EXPECT_EQ(e->label, step.ready ? "STICKB" : "");
+        // A plain folder given the same way is there all along.
+        EXPECT_TRUE(table.ready('F'));
+    }
 }
 
 TEST(DriveTable, TheVariableIsReadLeniently) {
@@ -67,7 +158,7 @@ TEST(NativePath, FindsComponentsWithoutRegardToCaseAndNoticesAnUnpluggedDrive) {
     nvtest::TempFolder temp;
     fs::create_directories(temp.native("Data/Norvale"));
     std::ofstream(temp.native("Data/Norvale/NV_Ledger01.mdb")) << "x";
-    DriveTable table({"", "", "", false});
+    DriveTable table(DriveTable::foldersOnly());
     table.setFolder('T', temp.native().string());
 
     EXPECT_EQ(nativePath(table, "t:\\DATA\\norvale\\nv_ledger01.MDB"),
@@ -112,42 +203,20 @@ TEST(MountedStick, AnotherStickInTheSamePlaceIsReadAnew) {
     fs::create_directories(point);
     if (::mount("nvtest", point.c_str(), "tmpfs", 0, "size=1m") != 0)
         GTEST_SKIP() << "cannot mount tmpfs here";
-    DriveTable table({"", "", "", false});
+    DriveTable::Options o = DriveTable::foldersOnly();
+    o.mountinfoPath = "/proc/self/mountinfo";
+    DriveTable table(o);
     table.setFolder('E', point.string());
     PosixFileSystem files(table);
     std::ofstream(point / "OUD.TXT") << "x";
     EXPECT_EQ(files.firstMatch("E:\\oud.txt"), "OUD.TXT");
     ASSERT_EQ(::umount2(point.c_str(), MNT_DETACH), 0);
+    EXPECT_FALSE(table.ready('E'));
     ASSERT_EQ(::mount("nvtest", point.c_str(), "tmpfs", 0, "size=1m"), 0);
     std::ofstream(point / "Nieuw.txt") << "x";
     EXPECT_EQ(files.firstMatch("E:\\oud.txt"), "");
     EXPECT_EQ(files.firstMatch("E:\\NIEUW.TXT"), "Nieuw.txt");
     ::umount2(point.c_str(), MNT_DETACH);
-}
-
-TEST(MachineDrives, AStickMountedUnderMediaAppearsAndGoes) {
-    if (::geteuid() != 0)
-        GTEST_SKIP() << "needs root to mount";
-    fs::path point = "/media/nvtest-" + std::to_string(::getpid());
-    fs::create_directories(point);
-    DriveTable table({"", "", "/proc/self/mountinfo", true});
-    if (::mount("nvtest", point.c_str(), "tmpfs", 0, "size=1m") != 0) {
-        fs::remove(point);
-        GTEST_SKIP() << "cannot mount tmpfs here";
-    }
-    auto letterOf = [&]() -> char {
-        for (const DriveInfo& d : table.list())
-            if (d.root == point.string())
-                return d.letter;
-        return 0;
-    };
-    char letter = letterOf();
-    EXPECT_GE(letter, 'D');
-    EXPECT_TRUE(table.ready(letter));
-    ::umount2(point.c_str(), MNT_DETACH);
-    EXPECT_EQ(letterOf(), 0);
-    EXPECT_FALSE(table.ready(letter));
-    fs::remove(point);
 }
 
 } // namespace

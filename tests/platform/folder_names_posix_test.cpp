@@ -21,7 +21,7 @@ protected:
     void SetUp() override { table.setFolder('T', temp.native().string()); }
 
     nvtest::TempFolder temp;
-    DriveTable table{{"", "", "", false}};
+    DriveTable table{DriveTable::foldersOnly()};
     PosixFileSystem files{table};
 };
 

@@ -1,5 +1,4 @@
 #include "platform/FileFailure.h"
-#include "restore/Glide.h"
 #include "restore/RestoreRun.h"
 #include "support/TestMachine.h"
 
@@ -110,14 +109,6 @@ TEST_F(RestoreRun, AFailingCopyStopsAtItsRowWithTheRowsBeforeItDone) {
     rows.texts = {""};
     rows.flags = {true};
     EXPECT_THROW(restoreFrom("Flat"), FileFailure);
-}
-
-TEST(Glide, StepsRoundHalfToEvenAndLeaveTheRestForTheLastJump) {
-    const int cases[][2] = {{-9240, -9}, {2160, 2},   {500, 0},   {1500, 2},
-                            {2500, 2},   {-2500, -2}, {-3500, -4}};
-    for (const auto& [distance, step] : cases)
-        EXPECT_EQ(fGlideStep(distance), step) << distance;
-    EXPECT_EQ(fRoundHalfEven(40000.0), 32767);
 }
 
 } // namespace

@@ -1,12 +1,12 @@
 #include "platform/posix/DriveTable.h"
 
 #include "platform/Platform.h"
+#include "platform/posix/Mounts.h"
 
 #include <algorithm>
 #include <cctype>
-#include <climits>
 #include <cstdlib>
-#include <dirent.h>
+#include <ctime>
 #include <fcntl.h>
 #include <fstream>
 #include <poll.h>
@@ -23,93 +23,8 @@ bool isFolder(const std::string& path) {
     return ::stat(path.c_str(), &st) == 0 && S_ISDIR(st.st_mode);
 }
 
-// Mount points in mountinfo escape blanks and a few other bytes as \ooo.
-std::string unescapeOctal(const std::string& s) {
-    std::string out;
-    for (std::size_t i = 0; i < s.size(); ++i) {
-        if (s[i] == '\\' && i + 3 < s.size() + 1 &&
-            std::isdigit(static_cast<unsigned char>(s[i + 1]))) {
-            out.push_back(static_cast<char>(std::strtol(s.substr(i + 1, 3).c_str(), nullptr, 8)));
-            i += 3;
-        } else {
-            out.push_back(s[i]);
-        }
-    }
-    return out;
-}
-
-// Labels in /dev/disk/by-label escape bytes as \xHH.
-std::string unescapeHex(const std::string& s) {
-    std::string out;
-    for (std::size_t i = 0; i < s.size(); ++i) {
-        if (s[i] == '\\' && i + 3 < s.size() + 1 && s[i + 1] == 'x') {
-            out.push_back(static_cast<char>(std::strtol(s.substr(i + 2, 2).c_str(), nullptr, 16)));
-            i += 3;
-        } else {
-            out.push_back(s[i]);
-        }
-    }
-    return out;
-}
-
-bool underRemovableParent(const std::string& mountPoint) {
-    for (const char* parent : {"/media/", "/run/media/", "/mnt/"}) {
-        std::string p = parent;
-        if (mountPoint.size() > p.size() && mountPoint.compare(0, p.size(), p) == 0)
-            return true;
-    }
-    return false;
-}
-
-std::string realPath(const std::string& path) {
-    char buffer[PATH_MAX];
-    if (::realpath(path.c_str(), buffer) == nullptr)
-        return path;
-    return buffer;
-}
-
-std::string labelOfDevice(const std::string& device) {
-    if (device.empty() || device[0] != '/')
-        return "";
-    std::string target = realPath(device);
-    const std::string byLabel = "/dev/disk/by-label/";
-    std::string result;
-    if (DIR* dir = ::opendir(byLabel.c_str())) {
-        while (dirent* entry = ::readdir(dir)) {
-            std::string name = entry->d_name;
-            if (name == "." || name == "..")
-                continue;
-            if (realPath(byLabel + name) == target) {
-                result = unescapeHex(name);
-                break;
-            }
-        }
-        ::closedir(dir);
-    }
-    return result;
-}
-
-struct Mount {
-    std::string point;
-    std::string source;
-};
-
-std::vector<Mount> parseMountinfo(const std::string& text) {
-    std::vector<Mount> mounts;
-    std::istringstream lines(text);
-    std::string line;
-    while (std::getline(lines, line)) {
-        std::istringstream fields(line);
-        std::vector<std::string> f;
-        std::string word;
-        while (fields >> word)
-            f.push_back(word);
-        auto dash = std::find(f.begin(), f.end(), "-");
-        if (f.size() < 5 || dash == f.end() || dash + 2 >= f.end())
-            continue;
-        mounts.push_back({unescapeOctal(f[4]), unescapeOctal(*(dash + 2))});
-    }
-    return mounts;
+bool underMedia(const std::string& path) {
+    return path.starts_with("/media/") || path.starts_with("/run/media/");
 }
 
 } // namespace
@@ -134,7 +49,8 @@ std::vector<std::pair<char, std::string>> parseDrivesVariable(const std::string&
     return entries;
 }
 
-DriveTable::DriveTable(Options options) : options_(std::move(options)) {
+DriveTable::DriveTable(Options options)
+    : options_(std::move(options)), letters_(options_.lettersPath) {
     fixed_['C'] = DriveInfo{'C', "/", "", false};
     if (!options_.home.empty() && options_.home != "/")
         fixed_['H'] = DriveInfo{'H', options_.home, "", false};
@@ -142,6 +58,7 @@ DriveTable::DriveTable(Options options) : options_(std::move(options)) {
         std::string folder =
             root.size() > 1 && root.back() == '/' ? root.substr(0, root.size() - 1) : root;
         fixed_[letter] = DriveInfo{letter, folder, "", false};
+        anchors_[letter] = Anchor{};
     }
     rebuild();
     refreshMounts();
@@ -153,6 +70,14 @@ DriveTable::Options DriveTable::fromEnvironment() {
         o.home = home;
     if (const char* drives = std::getenv("NVBACKUP_DRIVES"))
         o.drivesVariable = drives;
+    o.lettersPath = DriveLetterMemory::pathFromEnvironment();
+    return o;
+}
+
+DriveTable::Options DriveTable::foldersOnly() {
+    Options o;
+    o.mountinfoPath = "";
+    o.scanMounts = false;
     return o;
 }
 
@@ -161,7 +86,7 @@ DriveTable& driveTableOf(const Platform& platform) {
 }
 
 void DriveTable::refreshMounts() {
-    if (!options_.scanMounts)
+    if (options_.mountinfoPath.empty())
         return;
     // The kernel flags the mount table of a process when it changes, so a check costs one poll.
     if (mountFd_ < 0 && !mountFdTried_) {
@@ -187,7 +112,9 @@ void DriveTable::refreshMounts() {
         text = buffer.str();
     }
     haveReadMounts_ = true;
-    if (text == lastMountinfo_)
+    // When the kernel says the table changed, it did, even if it reads the same: one loop device
+    // or /dev/sdb1 may have come back with another stick behind it.
+    if (text == lastMountinfo_ && mountFd_ < 0)
         return;
     lastMountinfo_ = text;
     rebuild();
@@ -200,35 +127,52 @@ DriveTable::~DriveTable() {
 
 void DriveTable::rebuild() {
     drives_ = fixed_;
-    std::vector<Mount> mounts;
-    for (Mount& m : parseMountinfo(lastMountinfo_))
-        if (underRemovableParent(m.point))
-            mounts.push_back(m);
-    std::sort(mounts.begin(), mounts.end(),
-              [](const Mount& a, const Mount& b) { return a.point < b.point; });
-    for (const Mount& m : mounts) {
-        auto known = mountLetters_.find(m.point);
-        char letter = 0;
-        if (known != mountLetters_.end() && !fixed_.count(known->second)) {
-            letter = known->second;
-        } else {
-            for (char c = 'D'; c <= 'Z'; ++c) {
-                bool taken = fixed_.count(c) || drives_.count(c) ||
-                             std::any_of(mountLetters_.begin(), mountLetters_.end(),
-                                         [c](const auto& kv) { return kv.second == c; });
-                if (!taken) {
-                    letter = c;
-                    break;
-                }
-            }
-            if (letter == 0)
-                continue;
-            mountLetters_[m.point] = letter;
+    notThere_.clear();
+    const std::vector<Mount> mounts = parseMountinfo(lastMountinfo_);
+    const VolumeNames names(mounts.empty() ? "" : options_.devDisk);
+
+    for (auto& [letter, anchor] : anchors_) {
+        DriveInfo& drive = drives_[letter];
+        const Mount* holder = mountHolding(mounts, drive.root);
+        if (!anchor.needed && !anchor.looked && haveReadMounts_) {
+            anchor.looked = true;
+            anchor.needed = underMedia(drive.root) ||
+                            (holder && holder->point == drive.root && holder->point != "/");
         }
-        if (drives_.count(letter))
-            continue; // the same point mounted twice: the first stays
-        drives_[letter] = DriveInfo{letter, m.point, labelOfDevice(m.source), true};
+        if (!anchor.needed)
+            continue;
+        drive.mounted = true;
+        bool there =
+            holder && holder->point != "/" &&
+            (anchor.point.empty() ? holder->point == drive.root || underMedia(holder->point)
+                                  : holder->point == anchor.point);
+        if (there) {
+            std::string key = names.keyOf(*holder);
+            if (anchor.key.empty()) {
+                anchor.point = holder->point;
+                anchor.key = key;
+            }
+            there = key == anchor.key;
+        }
+        if (there)
+            drive.label = names.labelOf(*holder);
+        else
+            notThere_.insert(letter);
     }
+
+    if (!options_.scanMounts)
+        return;
+    const std::vector<Mount> found = driveMounts(mounts);
+    std::vector<std::string> keys;
+    for (const Mount& m : found)
+        keys.push_back(names.keyOf(m));
+    std::set<char> blocked;
+    for (const auto& [letter, drive] : fixed_)
+        blocked.insert(letter);
+    const std::vector<char> given = letters_.assign(keys, blocked, ::time(nullptr));
+    for (std::size_t i = 0; i < found.size(); ++i)
+        if (given[i])
+            drives_[given[i]] = DriveInfo{given[i], found[i].point, names.labelOf(found[i]), true};
 }
 
 std::vector<DriveInfo> DriveTable::list() {
@@ -247,7 +191,7 @@ std::optional<DriveInfo> DriveTable::find(char letter) {
         refreshMounts();
         it = drives_.find(letter);
     }
-    if (it == drives_.end())
+    if (it == drives_.end() || notThere_.count(letter))
         return std::nullopt;
     return it->second;
 }
@@ -260,12 +204,15 @@ bool DriveTable::ready(char letter) {
 void DriveTable::setFolder(char letter, const std::string& root) {
     letter = static_cast<char>(std::toupper(static_cast<unsigned char>(letter)));
     fixed_[letter] = DriveInfo{letter, root, "", false};
+    anchors_[letter] = Anchor{};
+    refreshMounts();
     rebuild();
 }
 
 void DriveTable::remove(char letter) {
     letter = static_cast<char>(std::toupper(static_cast<unsigned char>(letter)));
     fixed_.erase(letter);
+    anchors_.erase(letter);
     rebuild();
 }
 

@@ -1,9 +1,11 @@
 #pragma once
 
 #include "platform/Drives.h"
+#include "platform/posix/DriveLetterMemory.h"
 
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -11,16 +13,19 @@ namespace nv {
 
 struct Platform;
 
-// Gives drive letters a meaning on Linux: C: is /, H: the home folder, file systems mounted
-// under /media, /run/media and /mnt take the next free letter from D: on, and
-// NVBACKUP_DRIVES ("E=/srv/stick;F=/tmp/other") adds or replaces letters.
+// Gives drive letters a meaning on Linux: C: is /, H: the home folder, the drives a file
+// manager shows (under /media, /run/media, and block devices under /mnt) the letter from D: on
+// that the user's table of letters keeps for their volume, and NVBACKUP_DRIVES
+// ("E=/srv/stick;F=/tmp/other") adds or replaces letters.
 class DriveTable : public Drives {
 public:
     struct Options {
-        std::string home;           // "" leaves H: out
-        std::string drivesVariable; // the text of NVBACKUP_DRIVES
-        std::string mountinfoPath = "/proc/self/mountinfo";
-        bool scanMounts = true;
+        std::string home;                                   // "" leaves H: out
+        std::string drivesVariable;                         // the text of NVBACKUP_DRIVES
+        std::string mountinfoPath = "/proc/self/mountinfo"; // "" reads no mounts
+        bool scanMounts = true;                             // mounted drives get letters
+        std::string lettersPath;                            // "" remembers in this process only
+        std::string devDisk = "/dev/disk";                  // by-uuid and by-label links
     };
 
     explicit DriveTable(Options options);
@@ -29,6 +34,8 @@ public:
     DriveTable& operator=(const DriveTable&) = delete;
     // What this process is given: $HOME and $NVBACKUP_DRIVES, with the mounts of the machine.
     static Options fromEnvironment();
+    // No mounts and no letters but C: and the ones a test gives.
+    static Options foldersOnly();
 
     std::vector<DriveInfo> list() override;
     bool ready(char letter) override;
@@ -46,12 +53,23 @@ public:
     void refreshMounts();
 
 private:
+    // A given folder that was a mount point, or lies under /media: ready only while the same
+    // volume is mounted there, never when its empty mount point is left on the internal disk.
+    struct Anchor {
+        bool looked = false; // decided at the first look at the mounts
+        bool needed = false;
+        std::string point; // where the volume was mounted; "" until first seen
+        std::string key;
+    };
+
     void rebuild();
 
     Options options_;
-    std::map<char, DriveInfo> fixed_;          // C:, H:, NVBACKUP_DRIVES and test letters
-    std::map<std::string, char> mountLetters_; // a mount point keeps its letter once given
-    std::map<char, DriveInfo> drives_;         // what is there now
+    std::map<char, DriveInfo> fixed_; // C:, H:, NVBACKUP_DRIVES and test letters
+    std::map<char, Anchor> anchors_;  // of the fixed letters other than C: and H:
+    std::set<char> notThere_;         // fixed letters whose volume is not mounted
+    DriveLetterMemory letters_;
+    std::map<char, DriveInfo> drives_; // what is there now
     std::string lastMountinfo_;
     int mountFd_ = -1;
     bool mountFdTried_ = false;

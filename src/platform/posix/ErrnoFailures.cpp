@@ -32,6 +32,9 @@ FileFailure failureFromErrno(int err, const std::string&) {
     case EROFS:
         number = kFailPathNotFound;
         break;
+    case EFBIG:
+        number = kFailFileTooLarge;
+        break;
     case EIO:
         number = kFailDeviceIo;
         break;

@@ -113,10 +113,14 @@ std::string writeTemporary(const Fd& in, const std::string& destination,
         throwErrno(errno, drivePath);
 
     int err = copyBytes(in.fd, out.fd);
-    if (err == 0 && ::fchmod(out.fd, st.st_mode & 07775 & ~S_ISUID & ~S_ISGID) != 0)
+    // Bits and times are kept where the medium can hold them; FAT, exFAT and FUSE drivers may
+    // refuse them, and the copy is no worse for that.
+    auto refusedByMedium = [](int e) { return e == ENOSYS || e == EPERM || e == EOPNOTSUPP; };
+    if (err == 0 && ::fchmod(out.fd, st.st_mode & 07775 & ~S_ISUID & ~S_ISGID) != 0 &&
+        !refusedByMedium(errno))
         err = errno;
     struct timespec times[2] = {st.st_atim, st.st_mtim};
-    if (err == 0 && ::futimens(out.fd, times) != 0)
+    if (err == 0 && ::futimens(out.fd, times) != 0 && !refusedByMedium(errno))
         err = errno;
     if (err == 0 && flush && ::fsync(out.fd) != 0)
         err = errno;

@@ -54,6 +54,26 @@ std::string temporaryBeside(const std::string& native) {
            std::to_string(::getpid()) + "-" + std::to_string(counter++);
 }
 
+int replaceFile(const std::string& native, const std::string& bytes, mode_t mode) {
+    std::string temp = temporaryBeside(native);
+    Fd out(::open(temp.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, mode));
+    if (out.fd < 0)
+        return errno;
+    int err = writeAll(out.fd, bytes.data(), bytes.size());
+    if (err == 0 && ::fsync(out.fd) != 0)
+        err = errno;
+    if (int closed = out.close(); err == 0)
+        err = closed;
+    if (err == 0 && ::rename(temp.c_str(), native.c_str()) != 0)
+        err = errno;
+    if (err != 0) {
+        ::unlink(temp.c_str());
+        return err;
+    }
+    syncFolder(parentOf(native));
+    return 0;
+}
+
 namespace {
 
 // A process that has ended can no longer be writing; this one writes each file from one place

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <string>
+#include <sys/types.h>
 #include <unistd.h>
 
 namespace nv {
@@ -35,6 +36,11 @@ int writeAll(int fd, const char* bytes, std::size_t size);
 // rename: ".<name>.nvtmp-<process>-<count>". The leading dot keeps it out of every listing and
 // match, so nothing takes it for the file itself or a backed-up one.
 std::string temporaryBeside(const std::string& native);
+
+// Replaces a small file as a whole: the bytes go to a flushed temporary beside it, which is then
+// renamed over it, so a reader finds the old file or the new one. 0 or the errno of the failure;
+// a failure removes the temporary.
+int replaceFile(const std::string& native, const std::string& bytes, mode_t mode = 0644);
 
 // Removes the temporaries that interrupted writes left in folder, of every file or with base given
 // of that file alone: those whose process has ended, or is this one (it writes each file from one

@@ -50,6 +50,8 @@ int32_t failureNumber(unsigned long error) {
     case ERROR_BUFFER_OVERFLOW:
     case ERROR_DIRECTORY:
         return kFailBadFileName;
+    case ERROR_FILE_TOO_LARGE:
+        return kFailFileTooLarge;
     default:
         return kFailGeneral;
     }
