@@ -1,11 +1,12 @@
 #include "startup/Main.h"
-#include "platform/qt/ShowHelp.h"
 #include "mainwindow/qt/StartWindows.h"
 #include "platform/Platform.h"
 #include "platform/qt/HelpKey.h"
 #include "platform/qt/QtFileDialogs.h"
 #include "platform/qt/QtMessageBoxes.h"
 #include "platform/qt/QtShell.h"
+#include "platform/qt/ShowHelp.h"
+#include "platform/qt/SingleInstance.h"
 #include "startup/AppSettings.h"
 
 #include <QApplication>
@@ -40,7 +41,20 @@ int main(int argc, char** argv) {
     nv::HelpKey help([] { return nv::App.HelpFile; }, nv::showHelp);
     app.installEventFilter(&help);
 
+    // Before anything is read or moved: a second program on the same settings would undo the
+    // first one's edits of the list.
+    nv::SingleInstance instance(nv::settingsFileOfThisStart());
+    if (!nv::goOnAsOnlyStart(instance))
+        return 0;
+
     nv::QtStartWindows windows;
+    QObject::connect(&instance, &nv::SingleInstance::comeForward, [&windows] {
+        if (nv::FrmMain* main = windows.mainWindow()) {
+            main->setWindowState(main->windowState() & ~Qt::WindowMinimized);
+            main->raise();
+            main->activateWindow();
+        }
+    });
     if (nv::Main(windows) == nv::MainOutcome::Ended)
         return 0;
     return app.exec();

@@ -1,10 +1,11 @@
 #include "backup/BackupRun.h"
 
 #include "backup/CopyBatch.h"
+#include "backup/LeftoverSweep.h"
 
-#include "platform/CaseFold.h"
 #include "platform/DateText.h"
 #include "platform/FailureText.h"
+#include "platform/FatNames.h"
 #include "platform/Platform.h"
 #include "startup/AppSettings.h"
 #include "startup/FileOps.h"
@@ -12,7 +13,7 @@
 #include "startup/Settings.h"
 
 #include <limits>
-#include <set>
+#include <vector>
 
 namespace nv {
 
@@ -21,9 +22,31 @@ namespace {
 const char* const kCrLf = "\r\n";
 const char* const kWriteFailureTitle = "Fout bij schrijven naar backup schijf";
 
-// A folder counts as there when it holds a plain file directly in it.
+// How deep a folder is searched for files; a backup writes one level deep at most.
+constexpr int kFolderDepth = 8;
+
+bool holdsFiles(const std::string& folder, int depth) {
+    if (!fFirstMatch(folder + "\\*.*").empty())
+        return true;
+    if (depth == 0)
+        return false;
+    std::vector<std::string> subfolders;
+    try {
+        subfolders = fListFolders(folder);
+    } catch (const FileFailure& failure) {
+        if (failure.Number != kFailPathNotFound)
+            throw;
+    }
+    for (const std::string& sub : subfolders)
+        if (holdsFiles(folder + "\\" + sub, depth - 1))
+            return true;
+    return false;
+}
+
+// A folder counts as there when it holds a plain file at any depth: a mirrored backup keeps its
+// files in subfolders, and a backup never replaces a file that an earlier run wrote.
 bool folderExists(const std::string& folder) {
-    return answeredOrYes([&] { return !fFirstMatch(folder + "\\*.*").empty(); });
+    return answeredOrYes([&] { return holdsFiles(folder, kFolderDepth); });
 }
 
 bool isBlank(const std::string& text) {
@@ -85,6 +108,48 @@ void showDuplicate(const std::string& name) {
            Buttons::OK, Icon::Critical, DefaultButton::First, "Bestand wordt niet gekopieerd");
 }
 
+// Tells that a row is not copied because the target's file system refuses a name on its way.
+void showUnfitName(const std::string& name, const std::string& folder, const FatRefusal& refusal) {
+    std::string why;
+    switch (refusal.kind) {
+    case FatRefusal::Character:
+        why = std::string("bevat het teken ") + refusal.character +
+              ", dat de backup schijf niet toestaat";
+        break;
+    case FatRefusal::Control:
+        why = "bevat een stuurteken, dat de backup schijf niet toestaat";
+        break;
+    case FatRefusal::TrailingDot:
+        why = "eindigt op een punt, wat de backup schijf niet toestaat";
+        break;
+    case FatRefusal::TrailingBlank:
+        why = "eindigt op een spatie, wat de backup schijf niet toestaat";
+        break;
+    }
+    const bool ofFolder = !folder.empty();
+    MsgBox("Het bestand " + name + " kan niet naar de backup schijf worden gekopieerd: de naam " +
+               (ofFolder ? "van de map " + folder + " " : "") + why + "." + kCrLf + kCrLf +
+               (ofFolder ? "Geef de map een andere naam" : "Geef het bestand een andere naam") +
+               " of gebruik een backup schijf die deze naam wel toestaat.",
+           Buttons::OK, Icon::Critical, DefaultButton::First, "Bestand wordt niet gekopieerd");
+}
+
+// Whether the target takes the names a row needs; when not, the user has been told.
+bool namesFit(NameRules rules, const std::string& name, const std::string& folderPart) {
+    if (rules != NameRules::Fat)
+        return true;
+    const std::string folder = folderPart.empty() ? "" : folderPart.substr(1);
+    if (auto refusal = fatRefusal(folder)) {
+        showUnfitName(name, folder, *refusal);
+        return false;
+    }
+    if (auto refusal = fatRefusal(name)) {
+        showUnfitName(name, "", *refusal);
+        return false;
+    }
+    return true;
+}
+
 // The run up to its closing steps; a return goes to them, and so does every failure but 75.
 void backUp(BackupWindows& windows, CopyBatch& copies, int16_t& intLoop,
             std::string& strBackupFolder, bool& blnFlawed) {
@@ -117,11 +182,11 @@ void backUp(BackupWindows& windows, CopyBatch& copies, int16_t& intLoop,
     goOnBehind([&] { windows.subShowCopyWindow(); });
     windows.setProgressMax(s.AantalFiles);
     goOnBehind([&] { subMakeFolder(strBackupFolder); });
-    subRemoveCopyLeftovers(strBackupFolder);
+    windows.runCommit([&] { subSweepBackupLeftovers(s.DriveTarget, strBackupFolder); });
+    // Known before any copy, so that a name the stick cannot hold is told as such.
+    const NameRules rules = fileSystem().nameRulesOf(strBackupFolder);
 
     const bool mirrored = s.Directory == 1;
-    // The subfolders the mirrored layout used, in upper case; each is cleared of leftovers once.
-    std::set<std::string> subfolders;
     const int rows = s.AantalFiles;
     for (int row = 1; row <= rows; ++row) {
         intLoop = static_cast<int16_t>(row);
@@ -150,20 +215,23 @@ void backUp(BackupWindows& windows, CopyBatch& copies, int16_t& intLoop,
         windows.setStatusText(status);
         windows.setCopyText(status);
 
+        if (!namesFit(rules, name, mirrored ? mirroredFolderPart(source) : "")) {
+            blnFlawed = true;
+            continue;
+        }
+
         std::string destination;
         if (mirrored) {
             destination = fFullPath(source, strBackupFolder);
             // Two rows from folders of one name with one bare name would meet at one
-            // destination; the second is refused as in the flat layout.
-            if (!destination.empty() && copies.holds(destination)) {
+            // destination; the second is refused as in the flat layout, and so is a file that
+            // came there meanwhile.
+            if (!destination.empty() && (copies.holds(destination) || answeredOrYes([&] {
+                                             return !fFirstMatch(destination).empty();
+                                         }))) {
                 showDuplicate(name);
                 blnFlawed = true;
                 continue;
-            }
-            if (!destination.empty()) {
-                std::string folder = destination.substr(0, destination.find_last_of('\\'));
-                if (subfolders.insert(upperCase(folder)).second)
-                    subRemoveCopyLeftovers(folder);
             }
         } else {
             destination = strBackupFolder + "\\" + name;

@@ -62,5 +62,8 @@ template <typename Test> bool answeredOrYes(Test&& test) {
 // The destination of one source in the mirrored layout, its subfolder made; "" after a failure,
 // which it has told the user itself.
 std::string fFullPath(const std::string& sStrFile, const std::string& strBackupFolder);
+// The subfolder fFullPath mirrors a source into, with its leading backslash ("\\Norvale"); ""
+// for a file at the root of its drive.
+std::string mirroredFolderPart(const std::string& sStrFile);
 
 } // namespace nv

@@ -19,6 +19,9 @@ struct StagedCopy {
     std::shared_ptr<void> hold;   // what the platform keeps open until the data is flushed
 };
 
+// The rules a file system sets for names: FAT and exFAT refuse some that others take.
+enum class NameRules { Native, Fat };
+
 // File operations on paths in drive form (C:\Data\NV.ini). Every failure throws FileFailure.
 class FileSystem {
 public:
@@ -48,9 +51,15 @@ public:
     // Puts on the medium what was created, renamed or removed in folder; a medium that cannot
     // flush a folder passes silently.
     virtual void flushFolder(const std::string& folder) = 0;
-    // Removes the temporary files that interrupted copies left in folder. Never fails: what
-    // cannot be removed stays hidden and is never taken for a backed-up file.
+    // Removes the temporary files that interrupted copies left in folder: those whose writing
+    // process has ended, or is this one. Never fails: what cannot be removed stays hidden and is
+    // never taken for a backed-up file.
     virtual void removeCopyLeftovers(const std::string& folder) = 0;
+    // The rules for names on the file system that holds folder; Native when it cannot be told.
+    virtual NameRules nameRulesOf(const std::string& folder) {
+        (void)folder;
+        return NameRules::Native;
+    }
 
     // Copies in groups (see CopyBatch). Writes the copy into a hidden temporary file beside
     // destination, unflushed; a failing one removes its temporary. Nothing returned means the
@@ -76,6 +85,21 @@ inline constexpr const char* kCopyTemporaryMark = ".nvtmp-";
 // without its hidden attribute.
 inline bool isCopyTemporary(const std::string& name) {
     return !name.empty() && name[0] == '.' && name.find(kCopyTemporaryMark) != std::string::npos;
+}
+
+// The number of the process that wrote a temporary named ".<name>.nvtmp-<process>-<count>"; 0
+// for a name of another form.
+inline unsigned long copyTemporaryWriter(const std::string& name) {
+    if (!isCopyTemporary(name))
+        return 0;
+    const std::size_t start =
+        name.rfind(kCopyTemporaryMark) + std::char_traits<char>::length(kCopyTemporaryMark);
+    const std::size_t dash = name.find('-', start);
+    if (dash == std::string::npos || dash == start || dash - start > 9 || dash + 1 == name.size() ||
+        name.find_first_not_of("0123456789", start) != dash ||
+        name.find_first_not_of("0123456789", dash + 1) != std::string::npos)
+        return 0;
+    return std::stoul(name.substr(start, dash - start));
 }
 
 } // namespace nv

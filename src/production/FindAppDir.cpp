@@ -53,6 +53,20 @@ void deleteIfThere(const std::string& path) {
 
 } // namespace
 
+std::string fProductionFolderOf(std::string path) {
+    if (path.empty() || path.back() != '\\')
+        path += '\\';
+    if (path.size() < 2 || path[1] != ':')
+        return "";
+    std::vector<std::string> parts = splitPath(path);
+    std::string installFolder = parts[parts.size() - 2];
+    std::string head = parts[0] + "\\" + parts[1];
+    std::string roaming;
+    if (upperCase(head) == upperCase(fSpecialFolder(CSIDL_PROGRAM_FILES)))
+        roaming = fSpecialFolder(CSIDL_APPDATA);
+    return roaming.empty() ? path : roaming + "\\" + installFolder + "\\";
+}
+
 std::string fFindAppDir(std::string& path, uint8_t& status) {
     if (path.empty() || path.back() != '\\')
         path += '\\';
@@ -65,19 +79,12 @@ std::string fFindAppDir(std::string& path, uint8_t& status) {
     for (int row = 0; row <= 10; ++row)
         known[static_cast<std::size_t>(row)] = fKnownFileName(row);
 
-    std::vector<std::string> parts = splitPath(path);
-    std::string installFolder = parts[parts.size() - 2];
-    std::string head = parts[0] + "\\" + parts[1];
     const std::string program = path;
-    std::string production;
+    std::string production = fProductionFolderOf(path);
     std::string virtualStore;
     uint8_t result = 0;
 
-    std::string roaming;
-    if (upperCase(head) == upperCase(fSpecialFolder(CSIDL_PROGRAM_FILES)))
-        roaming = fSpecialFolder(CSIDL_APPDATA);
-    if (!roaming.empty()) {
-        production = roaming + "\\" + installFolder + "\\";
+    if (production != program) {
         std::string local = fSpecialFolder(CSIDL_LOCAL_APPDATA);
         if (!local.empty())
             virtualStore = local + "\\VirtualStore" + tail;
@@ -102,7 +109,6 @@ std::string fFindAppDir(std::string& path, uint8_t& status) {
             if (result == 1)
                 break;
         }
-        production = program;
     }
 
     std::string iniPath = production + known[4];

@@ -31,6 +31,9 @@ uint8_t fFileMissing(int row);
 // reconciles the list; "" when the program folder has no drive letter. path gets its trailing
 // backslash in the caller's string; status is written at the end, 0, 1 or 2.
 std::string fFindAppDir(std::string& path, uint8_t& status);
+// The production folder fFindAppDir settles for a program in path, without touching a file; ""
+// when the program folder has no drive letter.
+std::string fProductionFolderOf(std::string path);
 
 // Brings the list in the settings file at iniPath in step with the known files in folder.
 void subReconcileBackupList(const std::string& folder, const std::string& iniPath);

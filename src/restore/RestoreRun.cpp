@@ -59,6 +59,15 @@ std::string fRestoreSelectedRows(RestoreList& list, const std::string& sourceFol
     const std::set<std::string> several = namesOfSeveralFiles(list);
     const std::string openFolder = lastFolderOf(sourceFolder + "\\x");
     const int last = list.count() - 1;
+    // What an interrupted restore left beside the files it was to replace goes first.
+    std::set<std::string> folders;
+    for (int row = 0; row <= last; ++row) {
+        const std::string text = list.text(row);
+        const std::size_t cut = text.find_last_of('\\');
+        if (list.selected(row) && cut != std::string::npos &&
+            folders.insert(upperCase(text.substr(0, cut))).second)
+            subRemoveCopyLeftovers(text.substr(0, cut));
+    }
     for (int row = 0; row <= last; ++row) {
         intLoop = static_cast<int16_t>(row);
         if (!list.selected(row))

@@ -68,6 +68,8 @@ MainOutcome Main(StartWindows& windows) {
     // been told.
     if (AppSettings.strAppDir.empty())
         return MainOutcome::Ended;
+    // What an interrupted restore or settings write left in the production folder goes now.
+    subRemoveCopyLeftovers(AppSettings.strAppDir);
 
     if (status == 1) {
         if (MsgBox(kRestoreOnlyQuestion, Buttons::YesNo, Icon::Question, DefaultButton::First) ==

@@ -101,7 +101,7 @@ struct NativeFiles : nv::PosixFileSystem {
 #endif
 
 // The files of this machine, except that the flush of a group's data fails on cue with a chosen
-// number; the folders flushed are kept.
+// number and the target may take names as FAT does; the folders flushed are kept.
 class FaultyFiles : public NativeFiles {
 public:
     void flushFolder(const std::string& folder) override {
@@ -113,7 +113,12 @@ public:
             throw nv::fileFailure(failFlushNumber);
         NativeFiles::flushStaged(copies);
     }
+    nv::NameRules nameRulesOf(const std::string& folder) override {
+        return fatNames ? nv::NameRules::Fat : NativeFiles::nameRulesOf(folder);
+    }
     int32_t failFlushNumber = 0;
+    // Makes the target a FAT or exFAT stick as far as names go.
+    bool fatNames = false;
     Log flushed;
 };
 

@@ -100,6 +100,87 @@ TEST_F(RealTarget, ATargetTakenAwayInTheMiddleEndsTheRunWithABox) {
     expectNotMade();
 }
 
+// A name the stick cannot hold is told before its copy, as a duplicate is; the rest is copied.
+TEST_F(RealTarget, NamesAFatStickCannotHoldAreToldAndTheRestIsCopied) {
+    files.fatNames = true;
+    const std::string rest =
+        ", dat de backup schijf niet toestaat.\r\n\r\nGeef het bestand een andere "
+        "naam of gebruik een backup schijf die deze naam wel toestaat.";
+    const std::pair<std::string, std::string> refused[] = {
+        {"Notulen 10:30.txt", "bevat het teken :" + rest},
+        {"Wat?.doc", "bevat het teken ?" + rest},
+        {"\"citaat\".txt", "bevat het teken \"" + rest},
+        {"a<b>c|d*.txt", "bevat het teken <" + rest},
+        {"tab\tnaam.txt", "bevat een stuurteken" + rest},
+        {"versie.",
+         "eindigt op een punt, wat de backup schijf niet toestaat.\r\n\r\nGeef het "
+         "bestand een andere naam of gebruik een backup schijf die deze naam wel toestaat."},
+        {"los ",
+         "eindigt op een spatie, wat de backup schijf niet toestaat.\r\n\r\nGeef het "
+         "bestand een andere naam of gebruik een backup schijf die deze naam wel toestaat."},
+    };
+    Log rows, copied;
+    for (const auto& [name, why] : refused)
+        rows.push_back(source(name, "x"));
+    for (int n = 1; n <= 8; ++n) {
+        copied.push_back("NV_Ledger0" + std::to_string(n) + ".mdb");
+        rows.push_back(source(copied.back(), copied.back()));
+    }
+    list(rows);
+    run();
+
+    ASSERT_EQ(boxes.shown.size(), std::size(refused) + 2);
+    for (std::size_t i = 0; i < std::size(refused); ++i) {
+        const MessageBoxRequest& box = boxes.shown[i + 1];
+        EXPECT_EQ(box.title, "Bestand wordt niet gekopieerd");
+        EXPECT_EQ(box.text, "Het bestand " + refused[i].first +
+                                " kan niet naar de backup schijf worden gekopieerd: de naam " +
+                                refused[i].second);
+        EXPECT_EQ(box.icon, Icon::Critical);
+    }
+    EXPECT_EQ(boxes.shown.back().title, "Back Up met fout(en)");
+    EXPECT_EQ(entries(kToday), copied);
+
+    // Mirrored, the subfolder's name counts too.
+    AppSettings.Directory = 1;
+    fs::remove_all(point / kToday);
+    list({source("Map: 2026/NV.ini", "x"), source("Data/Norvale/NV.ini", "y")});
+    boxes.shown.clear();
+    run();
+    ASSERT_EQ(boxes.shown.size(), 3u);
+    EXPECT_EQ(boxes.shown[1].text,
+              "Het bestand NV.ini kan niet naar de backup schijf worden gekopieerd: de naam van de "
+              "map Map: 2026 bevat het teken :, dat de backup schijf niet toestaat.\r\n\r\nGeef de "
+              "map een andere naam of gebruik een backup schijf die deze naam wel toestaat.");
+    EXPECT_EQ(entries(kToday), Log{"Norvale/"});
+    EXPECT_EQ(machine.temp.read("stick/" + kToday + "/Norvale/NV.ini"), "y");
+}
+
+// A temporary whose writer still runs may be a copy under way: it stays until that process ends.
+TEST_F(RealTarget, ALeftoverIsClearedOnlyOnceItsWriterHasEnded) {
+    const pid_t writer = ::fork();
+    ASSERT_GE(writer, 0);
+    if (writer == 0) {
+        ::pause();
+        ::_exit(0);
+    }
+    const std::string temp = "Backup2026-11-01/.NV.ini" + std::string(kCopyTemporaryMark) +
+                             std::to_string(writer) + "-0";
+    machine.temp.write("stick/" + temp, "onderweg");
+    list({source("NV.ini", "x")});
+    run();
+    EXPECT_TRUE(fs::exists(point / temp));
+
+    ::kill(writer, SIGKILL);
+    ::waitpid(writer, nullptr, 0);
+    boxes.answer(Answer::OK);
+    boxes.answer(Answer::Yes);
+    run();
+    EXPECT_EQ(boxes.shown.back().text,
+              "Bestanden succesvol gekopieerd naar " + folder(kToday + "(2)"));
+    EXPECT_FALSE(fs::exists(point / temp));
+}
+
 // A run killed in the middle of a copy, or between two copies of one group, leaves their data
 // only in hidden temporaries, never under a final name, and the next run clears them.
 TEST_F(RealTarget, ARunKilledInTheMiddleOfAGroupLeavesOnlyTemporaries) {

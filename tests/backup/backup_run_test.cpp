@@ -1,4 +1,5 @@
 #include "backup/BackupRunFixture.h"
+#include "backup/LeftoverSweep.h"
 #include "platform/DriveFormConversion.h"
 
 #include <chrono>
@@ -37,8 +38,7 @@ protected:
     }
     // What an interrupted copy left in a folder on the stick.
     void leftover(const std::string& folder) {
-        machine.temp.write("stick/" + folder + "/.NV.ini.nvtmp-4242-0", "half");
-        machine.temp.hide("stick/" + folder + "/.NV.ini.nvtmp-4242-0");
+        machine.temp.leaveCopyLeftover("stick/" + folder + "/NV.ini");
     }
     const std::string kSettingsAfter = crlf("[Basic settings]\nLastBackup=17-11-2026\n");
 };
@@ -196,6 +196,88 @@ TEST_F(BackupRun, OnlyLayoutOneMirrorsAndEveryFolderWrittenIsFlushedBeforeTheLas
     AppSettings.Directory = 2;
     rerun();
     EXPECT_EQ(entries(kToday), (Log{"NV.ini", "NV_Ledger01.mdb", "brief.doc"}));
+}
+
+// A backup never replaces a file that an earlier run wrote: a folder of today counts as taken when
+// it holds a file at any depth, as a mirrored backup does.
+TEST_F(BackupRun, ASecondMirroredBackupOfADayNeverReplacesTheFirst) {
+    AppSettings.Directory = 1;
+    list({source("Data\\Norvale\\NV_Ledger01.mdb", "ochtend")});
+    run();
+    ASSERT_EQ(boxes.shown.back().title, "Back Up");
+
+    // At noon the ledger is damaged, and the user makes a backup all the same.
+    source("Data\\Norvale\\NV_Ledger01.mdb", "beschadigd");
+    boxes.shown.clear();
+    boxes.answer(Answer::OK);
+    boxes.answer(Answer::Yes);
+    run();
+    ASSERT_EQ(boxes.shown.size(), 3u);
+    EXPECT_EQ(boxes.shown[1].buttons, Buttons::YesNo);
+    EXPECT_EQ(boxes.shown[2].text, "Bestanden succesvol gekopieerd naar " + folder(kToday + "(2)"));
+    EXPECT_EQ(bytesOf(onStick(kToday + "/Norvale/NV_Ledger01.mdb")), "ochtend");
+    EXPECT_EQ(bytesOf(onStick(kToday + "(2)/Norvale/NV_Ledger01.mdb")), "beschadigd");
+
+    struct Case {
+        std::string name;
+        Log files, hidden, folders;
+        bool taken;
+    };
+    const Case cases[] = {
+        {"a file deep down", {"a/b/c/brief.doc"}, {}, {}, true},
+        {"empty subfolders", {}, {}, {"Norvale/Leeg", "Offertes"}, false},
+        {"a hidden file and a leftover", {}, {"Norvale/.verborgen"}, {}, false},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        for (const auto& entry : fs::directory_iterator(onStick()))
+            fs::remove_all(entry.path());
+        for (const std::string& file : c.files)
+            machine.temp.write("stick/" + kToday + "/" + file, "eerder");
+        for (const std::string& file : c.hidden) {
+            machine.temp.write("stick/" + kToday + "/" + file, "eerder");
+            machine.temp.hide("stick/" + kToday + "/" + file);
+            machine.temp.leaveCopyLeftover("stick/" + kToday + "/" + file);
+        }
+        for (const std::string& sub : c.folders)
+            fs::create_directories(onStick(kToday + "/" + sub));
+        boxes.shown.clear();
+        boxes.answer(Answer::OK);
+        if (c.taken)
+            boxes.answer(Answer::Yes);
+        run();
+        ASSERT_EQ(boxes.shown.size(), c.taken ? 3u : 2u);
+        EXPECT_EQ(boxes.shown.back().text,
+                  "Bestanden succesvol gekopieerd naar " + folder(kToday + (c.taken ? "(2)" : "")));
+        for (const std::string& file : c.files)
+            EXPECT_EQ(machine.temp.read("stick/" + kToday + "/" + file), "eerder");
+    }
+}
+
+// Leftovers of interrupted copies in older backup folders go at the next run, newest folder
+// first, as far as its time allows; those of other folders stay.
+TEST_F(BackupRun, ARunClearsWhatInterruptedCopiesLeftInEveryBackupFolder) {
+    const Log older{"Backup2026-11-01", "Backup2026-11-10(2)/Norvale", "backup2026-11-12"};
+    for (const std::string& where : older)
+        machine.temp.leaveCopyLeftover("stick/" + where + "/NV.ini");
+    machine.temp.write("stick/Backup2026-11-01/NV.ini", "eerder");
+    machine.temp.leaveCopyLeftover("stick/Anders/NV.ini");
+    list({source("NV.ini", "nieuw")});
+    run();
+    EXPECT_EQ(boxes.shown.back().title, "Back Up");
+    EXPECT_EQ(machine.temp.copyLeftovers("stick"), 1u);
+    EXPECT_EQ(machine.temp.copyLeftovers("stick/Anders"), 1u);
+    EXPECT_EQ(machine.temp.read("stick/Backup2026-11-01/NV.ini"), "eerder");
+
+    // Without time to spare only the run's own folder and its subfolders are cleared.
+    for (const std::string& where : older)
+        machine.temp.leaveCopyLeftover("stick/" + where + "/NV.ini");
+    machine.temp.leaveCopyLeftover("stick/" + kToday + "/Norvale/NV.ini");
+    subSweepBackupLeftovers(target, folder(), std::chrono::milliseconds(0));
+    EXPECT_EQ(machine.temp.copyLeftovers("stick/" + kToday), 0u);
+    EXPECT_EQ(machine.temp.copyLeftovers("stick"), older.size() + 1);
+    subSweepBackupLeftovers(target, folder());
+    EXPECT_EQ(machine.temp.copyLeftovers("stick"), 1u);
 }
 
 // A box shown while copies wait for their commit comes after they are in place.

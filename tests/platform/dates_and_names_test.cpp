@@ -1,5 +1,7 @@
 #include "platform/CaseFold.h"
 #include "platform/DateText.h"
+#include "platform/FatNames.h"
+#include "platform/FileSystem.h"
 #include "platform/Wildcard.h"
 
 #include <gtest/gtest.h>
@@ -36,4 +38,53 @@ TEST(Wildcards, FoldCaseBeyondAscii) {
     EXPECT_EQ(upperCase("Backupé"), "BACKUPÉ");
     // A byte that is no UTF-8 stands for its Latin-1 letter, as a name from an old stick does.
     EXPECT_EQ(upperCase("ÿ-x\xE9"), "Ÿ-X\xC3\x89");
+}
+
+TEST(FatNames, RefuseWhatAFatOrExfatStickCannotHold) {
+    using K = nv::FatRefusal;
+    struct Case {
+        std::string name;
+        bool refused;
+        K::Kind kind;
+        char character;
+    };
+    const Case cases[] = {
+        {"NV_Ledger01.mdb", false, {}, 0},
+        {"Notulen 10.30 (kopie) [2] #1 & €.txt", false, {}, 0},
+        {".verborgen", false, {}, 0},
+        {"Notulen 10:30.txt", true, K::Character, ':'},
+        {"a<b", true, K::Character, '<'},
+        {"a>b", true, K::Character, '>'},
+        {"\"a\"", true, K::Character, '"'},
+        {"a\\b", true, K::Character, '\\'},
+        {"a|b", true, K::Character, '|'},
+        {"a?", true, K::Character, '?'},
+        {"*.txt", true, K::Character, '*'},
+        {"regel\neinde", true, K::Control, 0},
+        {std::string("nul\0x", 5), true, K::Control, 0},
+        {"versie.", true, K::TrailingDot, 0},
+        {"los ", true, K::TrailingBlank, 0},
+        {"los. ", true, K::TrailingBlank, 0},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        auto refusal = nv::fatRefusal(c.name);
+        ASSERT_EQ(refusal.has_value(), c.refused);
+        if (!refusal)
+            continue;
+        EXPECT_EQ(refusal->kind, c.kind);
+        EXPECT_EQ(refusal->character, c.character);
+    }
+}
+
+TEST(CopyTemporaries, TellTheProcessThatWroteThem) {
+    const std::pair<std::string, unsigned long> names[] = {
+        {".NV.ini.nvtmp-4242-0", 4242},      {".Notulen 10.nvtmp-1.txt.nvtmp-17-123", 17},
+        {".x.nvtmp-999999999-0", 999999999}, {"NV.ini.nvtmp-4242-0", 0},
+        {".NV.ini.nvtmp-4242", 0},           {".NV.ini.nvtmp--0", 0},
+        {".NV.ini.nvtmp-42a-0", 0},          {".NV.ini.nvtmp-4242-", 0},
+        {".NV.ini.nvtmp-1234567890-0", 0},   {".NV.ini", 0},
+    };
+    for (const auto& [name, writer] : names)
+        EXPECT_EQ(nv::copyTemporaryWriter(name), writer) << name;
 }

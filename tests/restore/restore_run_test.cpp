@@ -48,6 +48,16 @@ protected:
     int16_t intLoop = -1;
 };
 
+// What an interrupted restore left beside the files it was to replace goes at the next one.
+TEST_F(RestoreRun, ARestoreClearsWhatAnInterruptedOneLeftBesideItsFiles) {
+    machine.temp.leaveCopyLeftover("Data/Norvale/NV.ini");
+    machine.temp.leaveCopyLeftover("Data/Norvale/stockA.NVD");
+    machine.temp.leaveCopyLeftover("Data/Extra/NV.ini"); // of no selected row
+    EXPECT_EQ(restoreFrom("Flat"), kNotFound);
+    EXPECT_EQ(machine.temp.copyLeftovers("Data/Norvale"), 0u);
+    EXPECT_EQ(machine.temp.copyLeftovers("Data/Extra"), 1u);
+}
+
 TEST_F(RestoreRun, AFlatPassRestoresWhatItFindsAndLeavesTheRestSelected) {
     EXPECT_EQ(restoreFrom("Flat"), kNotFound);
     EXPECT_EQ(rows.flags, (std::vector<bool>{false, false, true}));

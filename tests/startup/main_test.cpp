@@ -75,6 +75,16 @@ TEST_F(MainTest, AFirstStartLeavesTheSettingsFileOfAFirstStart) {
     EXPECT_EQ(settingsFile(), crlf(expected));
 }
 
+// Interrupted restores and settings writes leave hidden copies in the production folder.
+TEST_F(MainTest, AStartClearsWhatInterruptedWritesLeftInTheProductionFolder) {
+    machine.temp.leaveCopyLeftover("Data/Norvale/" + fKnownFileName(0));
+    machine.temp.leaveCopyLeftover("Data/Norvale/NVbackuptool.ini");
+    machine.temp.leaveCopyLeftover("Data/Elders/NV.ini");
+    ASSERT_EQ(Main(windows), MainOutcome::Running);
+    EXPECT_EQ(machine.temp.copyLeftovers("Data/Norvale"), 0u);
+    EXPECT_EQ(machine.temp.copyLeftovers("Data/Elders"), 1u);
+}
+
 TEST_F(MainTest, AMissingDatabaseOffersTheRestoreOnly) {
     std::filesystem::remove(machine.temp.native("Data/Norvale/NV_Ledger01.mdb"));
     machine.boxes.answer(Answer::No);

@@ -1,6 +1,7 @@
 #include "support/TempFolder.h"
 
 #include "platform/DriveFormConversion.h"
+#include "platform/FileSystem.h"
 
 #include <atomic>
 #include <chrono>
@@ -94,6 +95,25 @@ void TempFolder::hide(const std::string& relative) const {
 #else
     (void)relative;
 #endif
+}
+
+void TempFolder::leaveCopyLeftover(const std::string& relative) const {
+    const std::size_t cut = relative.find_last_of('/');
+    const std::string folder = cut == std::string::npos ? "" : relative.substr(0, cut + 1);
+    const std::string name = relative.substr(folder.size());
+    // No process can have a number this high, so its writer has surely ended.
+    const std::string leftover = folder + "." + name + nv::kCopyTemporaryMark + "999999999-0";
+    write(leftover, "half a copy");
+    hide(leftover);
+}
+
+std::size_t TempFolder::copyLeftovers(const std::string& relative) const {
+    std::size_t count = 0;
+    std::error_code ec;
+    for (fs::recursive_directory_iterator it(native(relative), ec), end; !ec && it != end;
+         it.increment(ec))
+        count += nv::isCopyTemporary(it->path().filename().string());
+    return count;
 }
 
 } // namespace nvtest

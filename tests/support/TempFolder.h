@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <filesystem>
 #include <string>
 
@@ -29,6 +30,12 @@ public:
     // Hides an entry below the folder: a dot name is hidden on Linux, Windows wants the
     // attribute as well.
     void hide(const std::string& relative) const;
+
+    // Leaves what a copy to relative ("a/NV.ini") leaves when it is killed halfway: a hidden
+    // temporary beside it ("a/.NV.ini.nvtmp-..."), of a process that has ended.
+    void leaveCopyLeftover(const std::string& relative) const;
+    // The copy temporaries at any depth below relative ("" for the whole folder).
+    std::size_t copyLeftovers(const std::string& relative = "") const;
 
 private:
     std::filesystem::path native_;

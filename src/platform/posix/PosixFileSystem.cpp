@@ -3,6 +3,7 @@
 #include "platform/CaseFold.h"
 #include "platform/FailureText.h"
 #include "platform/Wildcard.h"
+#include "platform/posix/FileSystemType.h"
 #include "platform/posix/PosixIo.h"
 
 #include <algorithm>
@@ -503,6 +504,14 @@ void PosixFileSystem::removeCopyLeftovers(const std::string& folder) {
     Fd dir(openFolder(path));
     if (dir.fd >= 0)
         removeTemporariesIn(dir.fd);
+}
+
+NameRules PosixFileSystem::nameRulesOf(const std::string& folder) {
+    try {
+        return nameRulesOfType(fileSystemTypeOf(nativeOf(folder)));
+    } catch (const FileFailure&) {
+        return NameRules::Native;
+    }
 }
 
 } // namespace nv

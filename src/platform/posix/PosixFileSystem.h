@@ -30,6 +30,7 @@ public:
                                        const std::string& pattern) override;
     void flushFolder(const std::string& folder) override;
     void removeCopyLeftovers(const std::string& folder) override;
+    NameRules nameRulesOf(const std::string& folder) override;
     std::optional<StagedCopy> stageCopy(const std::string& source,
                                         const std::string& destination) override;
     void flushStaged(const std::vector<StagedCopy>& copies) override;

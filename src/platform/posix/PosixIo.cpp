@@ -137,19 +137,13 @@ int replaceFile(const std::string& native, const std::string& bytes, mode_t mode
 
 namespace {
 
-// The process that wrote a temporary of the file base, from its name; 0 when it is not one.
-pid_t writerOf(std::string_view name, const std::string& base) {
-    std::string prefix = "." + base + kCopyTemporaryMark;
-    if (!name.starts_with(prefix))
-        return 0;
-    std::string_view rest = name.substr(prefix.size());
-    std::size_t dash = rest.find('-');
-    std::string_view pid = rest.substr(0, dash);
-    if (dash == std::string_view::npos || pid.empty() || pid.size() > 9 ||
-        pid.find_first_not_of("0123456789") != std::string_view::npos ||
-        rest.find_first_not_of("0123456789", dash + 1) != std::string_view::npos)
-        return 0;
-    return static_cast<pid_t>(std::stol(std::string(pid)));
+// A process that has ended can no longer be writing; this one writes each file from one place
+// at a time.
+bool writerGone(unsigned long writer) {
+    if (writer == 0)
+        return false;
+    const auto pid = static_cast<pid_t>(writer);
+    return pid == ::getpid() || (::kill(pid, 0) != 0 && errno == ESRCH);
 }
 
 } // namespace
@@ -171,14 +165,12 @@ void removeTemporariesIn(int folder, const std::string& base) {
     }
     // A copy of a descriptor shares its place in the folder with the one it came from.
     ::rewinddir(dir);
+    const std::string prefix = "." + base + kCopyTemporaryMark;
     while (dirent* entry = ::readdir(dir)) {
-        if (!isCopyTemporary(entry->d_name) || entry->d_type == DT_DIR)
+        const std::string name = entry->d_name;
+        if (entry->d_type == DT_DIR || (!base.empty() && !name.starts_with(prefix)) ||
+            !writerGone(copyTemporaryWriter(name)))
             continue;
-        if (!base.empty()) {
-            pid_t pid = writerOf(entry->d_name, base);
-            if (pid == 0 || (pid != ::getpid() && !(::kill(pid, 0) != 0 && errno == ESRCH)))
-                continue;
-        }
         ::unlinkat(::dirfd(dir), entry->d_name, 0);
     }
     ::closedir(dir);

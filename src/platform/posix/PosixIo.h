@@ -57,8 +57,8 @@ std::string temporaryName(const std::string& base);
 // a failure removes the temporary.
 int replaceFile(const std::string& native, const std::string& bytes, mode_t mode = 0644);
 
-// Removes the temporaries that interrupted writes left in folder: every one, or with base given
-// those of that file alone whose process has ended (or is this one: it writes the file from one
+// Removes the temporaries that interrupted writes left in folder, of every file or with base given
+// of that file alone: those whose process has ended, or is this one (it writes each file from one
 // place at a time). Never fails: what cannot be removed stays hidden.
 void removeTemporaries(const std::string& folder, const std::string& base = "");
 // The same in a folder held open.

@@ -174,6 +174,21 @@ std::wstring temporaryName(const std::wstring& destination) {
            std::to_wstring(GetCurrentProcessId()) + L"-" + std::to_wstring(counter++);
 }
 
+// A process that has ended can no longer be writing; this one writes each file from one place
+// at a time.
+bool writerGone(unsigned long writer) {
+    if (writer == 0)
+        return false;
+    if (writer == GetCurrentProcessId())
+        return true;
+    HANDLE process = OpenProcess(SYNCHRONIZE, FALSE, static_cast<DWORD>(writer));
+    if (!process)
+        return GetLastError() == ERROR_INVALID_PARAMETER;
+    const bool ended = WaitForSingleObject(process, 0) == WAIT_OBJECT_0;
+    CloseHandle(process);
+    return ended;
+}
+
 void discard(const std::wstring& path) {
     SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
     DeleteFileW(path.c_str());
@@ -416,7 +431,7 @@ void Win32FileSystem::removeCopyLeftovers(const std::string& folder) {
         std::wstring spec = everythingIn(folder);
         findEach(spec, false, [&](const WIN32_FIND_DATAW& data) {
             if (!(data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) &&
-                isCopyTemporary(utf8FromWide(data.cFileName)))
+                writerGone(copyTemporaryWriter(utf8FromWide(data.cFileName))))
                 leftovers.push_back(folderOf(spec) + data.cFileName);
             return true;
         });

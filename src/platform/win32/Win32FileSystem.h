@@ -20,6 +20,8 @@ public:
                                        const std::string& pattern) override;
     void flushFolder(const std::string& folder) override;
     void removeCopyLeftovers(const std::string& folder) override;
+    // The system's own rules for names are those of FAT on every file system.
+    NameRules nameRulesOf(const std::string&) override { return NameRules::Fat; }
     std::optional<StagedCopy> stageCopy(const std::string& source,
                                         const std::string& destination) override;
     void flushStaged(const std::vector<StagedCopy>& copies) override;

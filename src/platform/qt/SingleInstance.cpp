@@ -1,0 +1,89 @@
+#include "platform/qt/SingleInstance.h"
+
+#include "platform/CaseFold.h"
+#include "platform/DriveFormConversion.h"
+#include "platform/FileFailure.h"
+#include "production/KnownFile.h"
+#include "startup/AppSettings.h"
+#include "startup/MsgBox.h"
+#include "startup/Settings.h"
+
+#include <QCryptographicHash>
+#include <QFileInfo>
+#include <QLocalSocket>
+
+namespace nv {
+
+const char* const kAlreadyOpenText =
+    "Norvale Backup is al geopend.\r\n\r\nU kunt verder werken in het venster dat al openstaat.";
+
+namespace {
+
+constexpr int kConnectWait = 2000; // ms
+
+// One name per settings file, in the letters the user's file system does not tell apart.
+QString serverNameOf(const QString& settingsFile) {
+    const QByteArray key = QByteArray::fromStdString(upperCase(settingsFile.toStdString()));
+    return "norvale-backup-" +
+           QString::fromLatin1(
+               QCryptographicHash::hash(key, QCryptographicHash::Sha1).toHex().left(20));
+}
+
+} // namespace
+
+SingleInstance::SingleInstance(const QString& settingsFile) {
+    if (settingsFile.isEmpty())
+        return;
+    const QFileInfo settings(settingsFile);
+    lock_ =
+        std::make_unique<QLockFile>(settings.absolutePath() + "/." + settings.fileName() + ".open");
+    // Held as long as the program runs, however long that is.
+    lock_->setStaleLockTime(0);
+    name_ = serverNameOf(settingsFile);
+    if (!lock_->tryLock(0)) {
+        first_ = lock_->error() != QLockFile::LockFailedError;
+        return;
+    }
+    // A socket left by a program that crashed is in the way of a new one.
+    QLocalServer::removeServer(name_);
+    if (server_.listen(name_))
+        connect(&server_, &QLocalServer::newConnection, this, [this] {
+            // A connection is the whole request.
+            while (QLocalSocket* later = server_.nextPendingConnection()) {
+                later->abort();
+                later->deleteLater();
+                emit comeForward();
+            }
+        });
+}
+
+SingleInstance::~SingleInstance() = default;
+
+bool SingleInstance::askFirstToComeForward() {
+    if (first_ || name_.isEmpty())
+        return false;
+    QLocalSocket socket;
+    socket.connectToServer(name_);
+    return socket.waitForConnected(kConnectWait);
+}
+
+bool goOnAsOnlyStart(SingleInstance& instance) {
+    if (instance.first())
+        return true;
+    MsgBox(kAlreadyOpenText, Buttons::OK, Icon::Information);
+    instance.askFirstToComeForward();
+    return false;
+}
+
+QString settingsFileOfThisStart() {
+    const std::string production = fProductionFolderOf(AppPath());
+    if (production.empty())
+        return {};
+    try {
+        return QString::fromStdString(nativeFormOf(production + kIniFileName));
+    } catch (const FileFailure&) {
+        return {};
+    }
+}
+
+} // namespace nv
