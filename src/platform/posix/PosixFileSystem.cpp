@@ -508,7 +508,7 @@ void PosixFileSystem::removeCopyLeftovers(const std::string& folder) {
 
 NameRules PosixFileSystem::nameRulesOf(const std::string& folder) {
     try {
-        return nameRulesOfType(fileSystemTypeOf(nativeOf(folder)));
+        return nameRulesOfType(fileSystemTypeOf(resolve(folder).path));
     } catch (const FileFailure&) {
         return NameRules::Native;
     }
