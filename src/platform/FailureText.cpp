@@ -28,9 +28,17 @@ std::string failureDescription(int32_t number) {
         return "Fout bij toegang tot pad of bestand";
     case kFailPathNotFound:
         return "Pad niet gevonden";
+    case kFailReadBack:
+        return "De schijf gaf bij het teruglezen andere gegevens terug dan erop geschreven zijn";
     default:
         return "Bestandsbewerking mislukt";
     }
+}
+
+FileFailure readBackFailure(const std::string& destination) {
+    return FileFailure(kFailReadBack, "Het bestand " + destination +
+                                          " is niet vervangen: de schijf gaf bij het teruglezen "
+                                          "andere gegevens terug dan erop geschreven zijn");
 }
 
 } // namespace nv

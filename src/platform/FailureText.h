@@ -17,4 +17,8 @@ inline FileFailure fileFailure(int32_t number) {
     return FileFailure(number, failureDescription(number));
 }
 
+// A copy to destination (drive form) that the medium gave back otherwise than it was written;
+// the destination was left as it was.
+FileFailure readBackFailure(const std::string& destination);
+
 } // namespace nv

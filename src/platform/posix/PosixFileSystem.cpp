@@ -1,5 +1,6 @@
 #include "platform/posix/PosixFileSystem.h"
 
+#include "platform/ContentDigest.h"
 #include "platform/FailureText.h"
 #include "platform/Wildcard.h"
 #include "platform/posix/PosixIo.h"
@@ -91,32 +92,56 @@ std::vector<std::string> plainMatches(const std::string& folder, const std::stri
     return names;
 }
 
-// Writes the open source into a hidden temporary file beside destination, with the source's
-// permission bits and times, flushed if asked; returns its path. A failure removes the temporary.
-std::string writeTemporary(const Fd& in, const std::string& destination,
-                           const std::string& drivePath, bool flush,
-                           std::uintmax_t* bytes = nullptr) {
+constexpr std::size_t kBuffer = 1 << 20;
+
+// One buffer per thread for copies and read-backs, so that memory stays flat whatever the size.
+char* ioBuffer() {
+    static thread_local std::unique_ptr<char[]> buffer(new char[kBuffer]);
+    return buffer.get();
+}
+
+// Copies the bytes of one open file to another in large reads and writes, digesting them on the
+// way, so that the source is read once. Returns 0 or the errno of the failure.
+int copyDigesting(int from, int to, Digester& digest) {
+    char* buffer = ioBuffer();
+    for (;;) {
+        ssize_t n = ::read(from, buffer, kBuffer);
+        if (n < 0) {
+            if (errno == EINTR)
+                continue;
+            return errno;
+        }
+        if (n == 0)
+            return 0;
+        digest.add(buffer, static_cast<std::size_t>(n));
+        if (int err = writeAll(to, buffer, static_cast<std::size_t>(n)))
+            return err;
+    }
+}
+
+// Writes the open source into a hidden temporary file beside copy.target, with the source's
+// permission bits and times, unflushed; notes its path, size and digest in copy. A failure
+// removes the temporary.
+void writeTemporary(const Fd& in, StagedCopy& copy) {
     struct stat st {};
     if (::fstat(in.fd, &st) != 0)
-        throwErrno(errno, drivePath);
+        throwErrno(errno, copy.source);
     if (!S_ISREG(st.st_mode))
         throw fileFailure(kFailAccessRefused);
-    if (bytes)
-        *bytes = static_cast<std::uintmax_t>(st.st_size);
+    copy.bytes = static_cast<std::uintmax_t>(st.st_size);
 
-    std::string temp = temporaryBeside(destination);
+    std::string temp = temporaryBeside(copy.target);
     Fd out;
     out.fd = ::open(temp.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
     if (out.fd < 0)
-        throwErrno(errno, drivePath);
+        throwErrno(errno, copy.destination);
 
-    int err = copyBytes(in.fd, out.fd);
+    Digester digest;
+    int err = copyDigesting(in.fd, out.fd, digest);
     if (err == 0 && ::fchmod(out.fd, st.st_mode & 07775 & ~S_ISUID & ~S_ISGID) != 0)
         err = errno;
     struct timespec times[2] = {st.st_atim, st.st_mtim};
     if (err == 0 && ::futimens(out.fd, times) != 0)
-        err = errno;
-    if (err == 0 && flush && ::fsync(out.fd) != 0)
         err = errno;
     // Closed on failure too: an open descriptor would keep the removed temporary's space
     // taken on the stick until the program ends.
@@ -124,19 +149,42 @@ std::string writeTemporary(const Fd& in, const std::string& destination,
         err = closed;
     if (err != 0) {
         ::unlink(temp.c_str());
-        throwErrno(err, drivePath);
+        throwErrno(err, copy.destination);
     }
-    return temp;
+    copy.temporary = temp;
+    copy.written = digest.digest();
 }
 
-// Copies the open source over destination through a flushed temporary file and a rename.
-void copyNative(const Fd& source, const std::string& destination, const std::string& drivePath) {
-    std::string temp = writeTemporary(source, destination, drivePath, true);
-    if (::rename(temp.c_str(), destination.c_str()) != 0) {
-        int err = errno;
-        ::unlink(temp.c_str());
-        throwErrno(err, drivePath);
+// Opens a written file to read it back; a link there is not followed.
+int openWritten(const std::string& native, const std::string& drivePath) {
+    int fd = ::open(native.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW);
+    if (fd < 0)
+        throwErrno(errno, drivePath);
+    return fd;
+}
+
+// Drops the machine's cached pages of a flushed file, so that its next read comes from the
+// medium and not from memory.
+void dropCached(int fd) {
+    ::posix_fadvise(fd, 0, 0, POSIX_FADV_DONTNEED);
+}
+
+// Reads size bytes at offset; fewer only at the end of the file. Returns the count read, or
+// throws the failure.
+std::size_t readAt(int fd, char* buffer, std::size_t size, std::uint64_t offset,
+                   const std::string& drivePath) {
+    std::size_t done = 0;
+    while (done < size) {
+        ssize_t n = ::pread(fd, buffer + done, size - done, static_cast<off_t>(offset + done));
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n < 0)
+            throwErrno(errno, drivePath);
+        if (n == 0)
+            break;
+        done += static_cast<std::size_t>(n);
     }
+    return done;
 }
 
 // Flushes one written file through a descriptor of its own; unlike syncfs this also reaches
@@ -164,37 +212,6 @@ bool syncfsReportsFailures() {
 constexpr long kFuseMagic = 0x65735546;
 
 } // namespace
-
-int copyBytes(int from, int to) {
-    bool fast = true;
-    for (;;) {
-        if (fast) {
-            ssize_t n = ::copy_file_range(from, nullptr, to, nullptr, 1 << 30, 0);
-            if (n > 0)
-                continue;
-            if (n == 0)
-                return 0;
-            if (errno == EINTR)
-                continue;
-            if (errno != EXDEV && errno != ENOSYS && errno != EINVAL && errno != EOPNOTSUPP &&
-                errno != EBADF)
-                return errno;
-            fast = false; // this pair of file systems wants plain reads and writes
-        }
-        constexpr std::size_t kBuffer = 1 << 20;
-        static thread_local std::unique_ptr<char[]> buffer(new char[kBuffer]);
-        ssize_t n = ::read(from, buffer.get(), kBuffer);
-        if (n < 0) {
-            if (errno == EINTR)
-                continue;
-            return errno;
-        }
-        if (n == 0)
-            return 0;
-        if (int err = writeAll(to, buffer.get(), static_cast<std::size_t>(n)))
-            return err;
-    }
-}
 
 ResolvedPath PosixFileSystem::resolve(const std::string& drivePath) {
     return resolvePath(drives_, drivePath, &index_);
@@ -250,7 +267,11 @@ void PosixFileSystem::moveFile(const std::string& oldPath, const std::string& ne
     in.fd = ::open(from.c_str(), O_RDONLY | O_CLOEXEC);
     if (in.fd < 0)
         throwErrno(errno, oldPath);
-    copyNative(in, to, newPath);
+    StagedCopy copy;
+    copy.source = oldPath;
+    copy.destination = newPath;
+    copy.target = to;
+    copyProven(in, copy);
     if (::unlink(from.c_str()) != 0)
         throwErrno(errno, oldPath);
 }
@@ -262,7 +283,23 @@ void PosixFileSystem::copyFile(const std::string& source, const std::string& des
     std::string to = nativeOf(destination);
     Fd in;
     in.fd = openToRead(source, literal);
-    copyNative(in, to, destination);
+    StagedCopy copy;
+    copy.source = source;
+    copy.destination = destination;
+    copy.target = to;
+    copyProven(in, copy);
+}
+
+void PosixFileSystem::copyProven(const Fd& in, StagedCopy& copy) {
+    writeTemporary(in, copy);
+    try {
+        flushStaged({copy});
+        readBackStaged(copy);
+        placeStaged(copy);
+    } catch (const FileFailure&) {
+        discardStaged(copy);
+        throw;
+    }
 }
 
 // A folder held open on one file system: syncfs through it reports every write failure on that
@@ -296,6 +333,7 @@ std::optional<StagedCopy> PosixFileSystem::stageCopy(const std::string& source,
     Fd in;
     in.fd = openToRead(source, literal);
     StagedCopy copy;
+    copy.source = source;
     copy.destination = destination;
     copy.target = to.path;
     // A new destination was looked for in its folder, which told its device on the way.
@@ -306,7 +344,7 @@ std::optional<StagedCopy> PosixFileSystem::stageCopy(const std::string& source,
     else if (::stat(folder.c_str(), &st) == 0)
         copy.hold = watchFor(folder, st.st_dev);
     // Else the copy itself tells what is wrong with the folder.
-    copy.temporary = writeTemporary(in, to.path, destination, false, &copy.bytes);
+    writeTemporary(in, copy);
     return copy;
 }
 
@@ -328,6 +366,44 @@ void PosixFileSystem::flushStaged(const std::vector<StagedCopy>& copies) {
     }
 }
 
+void PosixFileSystem::readBackStaged(const StagedCopy& copy) {
+    Fd fd(openWritten(copy.temporary, copy.destination));
+    dropCached(fd.fd);
+    Digester digest;
+    char* buffer = ioBuffer();
+    for (std::uint64_t offset = 0;;) {
+        std::size_t n = readAt(fd.fd, buffer, kBuffer, offset, copy.destination);
+        digest.add(buffer, n);
+        offset += n;
+        if (n < kBuffer)
+            break;
+    }
+    // Not kept either: the check at the end of the run must find the medium, not memory.
+    dropCached(fd.fd);
+    if (!(digest.digest() == copy.written))
+        throw readBackFailure(copy.destination);
+}
+
+void PosixFileSystem::readBackPlaced(const StagedCopy& copy) {
+    Fd fd(openWritten(copy.target, copy.destination));
+    struct stat st {};
+    if (::fstat(fd.fd, &st) != 0)
+        throwErrno(errno, copy.destination);
+    const auto size = static_cast<std::uint64_t>(st.st_size);
+    if (!S_ISREG(st.st_mode) || size != copy.written.size)
+        throw readBackFailure(copy.destination);
+    dropCached(fd.fd);
+    char* buffer = ioBuffer();
+    std::size_t n = readAt(fd.fd, buffer, kDigestBlock, 0, copy.destination);
+    bool same = blockHash(buffer, n) == copy.written.first;
+    const std::uint64_t last = lastBlockStart(size);
+    n = readAt(fd.fd, buffer, kDigestBlock, last, copy.destination);
+    same = same && last + n == size && blockHash(buffer, n) == copy.written.last;
+    dropCached(fd.fd);
+    if (!same)
+        throw readBackFailure(copy.destination);
+}
+
 void PosixFileSystem::placeStaged(const StagedCopy& copy) {
     if (::rename(copy.temporary.c_str(), copy.target.c_str()) != 0)
         throwErrno(errno, copy.destination);
@@ -335,6 +411,10 @@ void PosixFileSystem::placeStaged(const StagedCopy& copy) {
 
 void PosixFileSystem::discardStaged(const StagedCopy& copy) noexcept {
     ::unlink(copy.temporary.c_str());
+}
+
+void PosixFileSystem::discardPlaced(const StagedCopy& copy) noexcept {
+    ::unlink(copy.target.c_str());
 }
 
 void PosixFileSystem::deleteFile(const std::string& path) {

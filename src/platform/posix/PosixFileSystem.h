@@ -4,6 +4,7 @@
 #include "platform/posix/DriveTable.h"
 #include "platform/posix/FolderIndex.h"
 #include "platform/posix/NativePath.h"
+#include "platform/posix/PosixIo.h"
 
 #include <cstdint>
 #include <map>
@@ -32,8 +33,11 @@ public:
     std::optional<StagedCopy> stageCopy(const std::string& source,
                                         const std::string& destination) override;
     void flushStaged(const std::vector<StagedCopy>& copies) override;
+    void readBackStaged(const StagedCopy& copy) override;
+    void readBackPlaced(const StagedCopy& copy) override;
     void placeStaged(const StagedCopy& copy) override;
     void discardStaged(const StagedCopy& copy) noexcept override;
+    void discardPlaced(const StagedCopy& copy) noexcept override;
 
 private:
     struct Watch;
@@ -44,15 +48,14 @@ private:
     std::string nativeOf(const std::string& drivePath);
     // Opens a file to read; a copy's source is mostly there in the letters given.
     int openToRead(const std::string& drivePath, const std::string& literal);
+    // Copies the open source to copy.target through a temporary that is flushed and read back
+    // from the medium before its rename; copy names source, destination and target.
+    void copyProven(const Fd& in, StagedCopy& copy);
 
     DriveTable& drives_;
     FolderIndex index_;
     std::mutex watchesMutex_;
     std::map<std::uint64_t, std::weak_ptr<Watch>> watches_; // by device number
 };
-
-// Copies the bytes of one open file to another: the kernel's fast path, else large reads and
-// writes. Returns 0 or the errno of the failure.
-int copyBytes(int from, int to);
 
 } // namespace nv
