@@ -1,6 +1,7 @@
 #include "platform/ContentDigest.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
 
 namespace nv {
@@ -18,16 +19,24 @@ std::uint64_t rotl(std::uint64_t x, int r) {
 }
 
 // Little-endian whatever the machine, so that a digest means the same everywhere.
-std::uint64_t read64(const unsigned char* p) {
-    std::uint64_t v = 0;
-    for (int i = 7; i >= 0; --i)
-        v = (v << 8) | p[i];
+template <typename Word> Word readLittle(const unsigned char* p) {
+    Word v;
+    if constexpr (std::endian::native == std::endian::little) {
+        std::memcpy(&v, p, sizeof v);
+    } else {
+        v = 0;
+        for (int i = sizeof v - 1; i >= 0; --i)
+            v = static_cast<Word>((v << 8) | p[i]);
+    }
     return v;
 }
 
+std::uint64_t read64(const unsigned char* p) {
+    return readLittle<std::uint64_t>(p);
+}
+
 std::uint32_t read32(const unsigned char* p) {
-    return static_cast<std::uint32_t>(p[0]) | static_cast<std::uint32_t>(p[1]) << 8 |
-           static_cast<std::uint32_t>(p[2]) << 16 | static_cast<std::uint32_t>(p[3]) << 24;
+    return readLittle<std::uint32_t>(p);
 }
 
 std::uint64_t mixLane(std::uint64_t lane, std::uint64_t input) {
@@ -38,9 +47,22 @@ std::uint64_t merge(std::uint64_t hash, std::uint64_t lane) {
     return (hash ^ mixLane(0, lane)) * kPrime1 + kPrime4;
 }
 
-void stripe(std::uint64_t (&lanes)[4], const unsigned char* p) {
-    for (int i = 0; i < 4; ++i)
-        lanes[i] = mixLane(lanes[i], read64(p + 8 * i));
+// Takes every whole stripe of 32 bytes at p; returns the count of bytes taken.
+std::size_t stripes(std::uint64_t (&lanes)[4], const unsigned char* p, std::size_t size) {
+    // In locals, so that the four lanes stay in registers through the loop.
+    std::uint64_t v0 = lanes[0], v1 = lanes[1], v2 = lanes[2], v3 = lanes[3];
+    std::size_t done = 0;
+    for (; size - done >= 32; done += 32) {
+        v0 = mixLane(v0, read64(p + done));
+        v1 = mixLane(v1, read64(p + done + 8));
+        v2 = mixLane(v2, read64(p + done + 16));
+        v3 = mixLane(v3, read64(p + done + 24));
+    }
+    lanes[0] = v0;
+    lanes[1] = v1;
+    lanes[2] = v2;
+    lanes[3] = v3;
+    return done;
 }
 
 void addHash(Hash64& hash, std::uint64_t value) {
@@ -66,13 +88,14 @@ void Hash64::add(const char* bytes, std::size_t size) {
     if (pendingSize_ != 0) {
         std::size_t take = 32 - pendingSize_;
         std::memcpy(pending_ + pendingSize_, p, take);
-        stripe(lanes_, pending_);
+        stripes(lanes_, pending_, 32);
         p += take;
         size -= take;
         pendingSize_ = 0;
     }
-    for (; size >= 32; p += 32, size -= 32)
-        stripe(lanes_, p);
+    std::size_t taken = stripes(lanes_, p, size);
+    p += taken;
+    size -= taken;
     if (size != 0)
         std::memcpy(pending_, p, size);
     pendingSize_ = size;
