@@ -88,9 +88,12 @@ void CopyBatch::commit(const std::vector<std::string>& alsoFlush) {
         }
     }
     std::optional<FileFailure> failure;
-    for (StagedCopy& copy : staged) {
+    const std::vector<std::optional<FileFailure>> reads = files_.readBackStaged(staged);
+    for (std::size_t i = 0; i < staged.size(); ++i) {
+        StagedCopy& copy = staged[i];
         try {
-            files_.readBackStaged(copy);
+            if (reads[i])
+                throw *reads[i];
             files_.placeStaged(copy);
         } catch (const FileFailure& placing) {
             files_.discardStaged(copy);
@@ -116,16 +119,17 @@ void CopyBatch::checkPlaced() {
     std::optional<FileFailure> failure;
     std::vector<std::string> folders;
     std::vector<StagedCopy> kept;
-    for (StagedCopy& copy : placed_) {
-        try {
-            files_.readBackPlaced(copy);
+    const std::vector<std::optional<FileFailure>> reads = files_.readBackPlaced(placed_);
+    for (std::size_t i = 0; i < placed_.size(); ++i) {
+        StagedCopy& copy = placed_[i];
+        if (!reads[i]) {
             kept.push_back(std::move(copy));
-        } catch (const FileFailure& reading) {
-            files_.discardPlaced(copy);
-            destinations_.erase(upperCase(copy.destination));
-            addFolder(folders, folderOf(copy.destination));
-            keep(failure, onTheBackupMedium(reading, copy));
+            continue;
         }
+        files_.discardPlaced(copy);
+        destinations_.erase(upperCase(copy.destination));
+        addFolder(folders, folderOf(copy.destination));
+        keep(failure, onTheBackupMedium(*reads[i], copy));
     }
     placed_.swap(kept);
     for (const std::string& folder : folders) {

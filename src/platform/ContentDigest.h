@@ -32,7 +32,7 @@ struct ContentDigest {
 
 // The blocks a digest is made of; a multiple of every sector size, so that a read that passes
 // the machine's cache can start at any of them.
-inline constexpr std::size_t kDigestBlock = std::size_t{64} << 10;
+inline constexpr std::size_t kDigestBlock = std::size_t{4} << 10;
 
 // Digests bytes as they pass, each hashed once: per block, and the whole over the blocks' hashes.
 class Digester {

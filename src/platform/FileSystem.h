@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/ContentDigest.h"
+#include "platform/FileFailure.h"
 
 #include <cstdint>
 #include <memory>
@@ -67,12 +68,19 @@ public:
     }
     // Puts the data of these staged copies on the medium.
     virtual void flushStaged(const std::vector<StagedCopy>& copies) { (void)copies; }
-    // Reads the flushed temporary of a copy back from the medium, past the machine's cache, and
-    // compares every byte with what the source gave: kFailReadBack when it differs.
-    virtual void readBackStaged(const StagedCopy& copy) { (void)copy; }
-    // Reads the first and last block of a placed copy again from the medium, past the cache:
-    // kFailReadBack when they or its size differ from what the source gave.
-    virtual void readBackPlaced(const StagedCopy& copy) { (void)copy; }
+    // Reads the flushed temporaries of copies back from the medium, past the machine's cache, and
+    // compares every byte with what the source gave. Gives, in the order of copies, what failed
+    // for each: kFailReadBack when it differs, or what kept it from being read.
+    virtual std::vector<std::optional<FileFailure>>
+    readBackStaged(const std::vector<StagedCopy>& copies) {
+        return std::vector<std::optional<FileFailure>>(copies.size());
+    }
+    // Reads the first and last block of placed copies again from the medium, past the cache;
+    // gives what failed for each, kFailReadBack when a block or the size differs.
+    virtual std::vector<std::optional<FileFailure>>
+    readBackPlaced(const std::vector<StagedCopy>& copies) {
+        return std::vector<std::optional<FileFailure>>(copies.size());
+    }
     // Renames one flushed temporary over its destination.
     virtual void placeStaged(const StagedCopy& copy) { (void)copy; }
     // Removes the temporary of a copy that is not to be placed. Never fails.

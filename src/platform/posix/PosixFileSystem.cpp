@@ -155,14 +155,6 @@ void writeTemporary(const Fd& in, StagedCopy& copy) {
     copy.written = digest.digest();
 }
 
-// Opens a written file to read it back; a link there is not followed.
-int openWritten(const std::string& native, const std::string& drivePath) {
-    int fd = ::open(native.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW);
-    if (fd < 0)
-        throwErrno(errno, drivePath);
-    return fd;
-}
-
 // Drops the machine's cached pages of a flushed file, so that its next read comes from the
 // medium and not from memory.
 void dropCached(int fd) {
@@ -210,6 +202,93 @@ bool syncfsReportsFailures() {
 }
 
 constexpr long kFuseMagic = 0x65735546;
+
+// How many copies a read-back asks the medium for at once, and how much of each it asks for
+// ahead: small files then come back in parallel, and sequential read-ahead does the rest.
+constexpr std::size_t kReadAheadFiles = 64;
+constexpr off_t kReadAheadBytes = 1 << 20;
+
+// One copy in the window of a read-back: its file open, its cached pages dropped and the
+// medium asked for what will be read of it.
+struct ReadBack {
+    Fd fd;
+    std::uint64_t size = 0;
+    std::optional<FileFailure> failure;
+};
+
+void prepare(ReadBack& read, const StagedCopy& copy, bool placed) {
+    read.fd.fd =
+        ::open((placed ? copy.target : copy.temporary).c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW);
+    struct stat st {};
+    if (read.fd.fd < 0 || ::fstat(read.fd.fd, &st) != 0) {
+        read.failure = failureFromErrno(errno, copy.destination);
+        return;
+    }
+    read.size = static_cast<std::uint64_t>(st.st_size);
+    if (!S_ISREG(st.st_mode) || read.size != copy.written.size) {
+        read.failure = readBackFailure(copy.destination);
+        return;
+    }
+    dropCached(read.fd.fd);
+    if (!placed) {
+        ::posix_fadvise(read.fd.fd, 0, kReadAheadBytes, POSIX_FADV_WILLNEED);
+    } else {
+        ::posix_fadvise(read.fd.fd, 0, kDigestBlock, POSIX_FADV_WILLNEED);
+        ::posix_fadvise(read.fd.fd, static_cast<off_t>(lastBlockStart(read.size)), kDigestBlock,
+                        POSIX_FADV_WILLNEED);
+    }
+}
+
+// Whether the open file holds what the copy's source gave: every byte, or its first and last
+// block once placed. Throws what keeps it from being read.
+bool holdsWhatWasWritten(const ReadBack& read, const StagedCopy& copy, bool placed) {
+    char* buffer = ioBuffer();
+    if (!placed) {
+        Digester digest;
+        for (std::uint64_t offset = 0;;) {
+            std::size_t n = readAt(read.fd.fd, buffer, kBuffer, offset, copy.destination);
+            digest.add(buffer, n);
+            offset += n;
+            if (n < kBuffer)
+                break;
+        }
+        return digest.digest() == copy.written;
+    }
+    std::size_t n = readAt(read.fd.fd, buffer, kDigestBlock, 0, copy.destination);
+    if (blockHash(buffer, n) != copy.written.first)
+        return false;
+    const std::uint64_t last = lastBlockStart(read.size);
+    n = readAt(read.fd.fd, buffer, kDigestBlock, last, copy.destination);
+    return last + n == read.size && blockHash(buffer, n) == copy.written.last;
+}
+
+// Reads copies back from the medium, a window of them at a time.
+std::vector<std::optional<FileFailure>> readBackEach(const std::vector<StagedCopy>& copies,
+                                                     bool placed) {
+    std::vector<std::optional<FileFailure>> failures(copies.size());
+    for (std::size_t from = 0; from < copies.size(); from += kReadAheadFiles) {
+        const std::size_t to = std::min(copies.size(), from + kReadAheadFiles);
+        std::vector<ReadBack> window(to - from);
+        for (std::size_t i = from; i < to; ++i)
+            prepare(window[i - from], copies[i], placed);
+        for (std::size_t i = from; i < to; ++i) {
+            ReadBack& read = window[i - from];
+            if (!read.failure) {
+                try {
+                    if (!holdsWhatWasWritten(read, copies[i], placed))
+                        read.failure = readBackFailure(copies[i].destination);
+                } catch (const FileFailure& failure) {
+                    read.failure = failure;
+                }
+                // Not kept either: the check at the end of the run must find the medium.
+                dropCached(read.fd.fd);
+            }
+            read.fd.close();
+            failures[i] = std::move(read.failure);
+        }
+    }
+    return failures;
+}
 
 } // namespace
 
@@ -294,7 +373,8 @@ void PosixFileSystem::copyProven(const Fd& in, StagedCopy& copy) {
     writeTemporary(in, copy);
     try {
         flushStaged({copy});
-        readBackStaged(copy);
+        if (std::optional<FileFailure> failure = readBackStaged({copy}).front())
+            throw *failure;
         placeStaged(copy);
     } catch (const FileFailure&) {
         discardStaged(copy);
@@ -366,42 +446,14 @@ void PosixFileSystem::flushStaged(const std::vector<StagedCopy>& copies) {
     }
 }
 
-void PosixFileSystem::readBackStaged(const StagedCopy& copy) {
-    Fd fd(openWritten(copy.temporary, copy.destination));
-    dropCached(fd.fd);
-    Digester digest;
-    char* buffer = ioBuffer();
-    for (std::uint64_t offset = 0;;) {
-        std::size_t n = readAt(fd.fd, buffer, kBuffer, offset, copy.destination);
-        digest.add(buffer, n);
-        offset += n;
-        if (n < kBuffer)
-            break;
-    }
-    // Not kept either: the check at the end of the run must find the medium, not memory.
-    dropCached(fd.fd);
-    if (!(digest.digest() == copy.written))
-        throw readBackFailure(copy.destination);
+std::vector<std::optional<FileFailure>>
+PosixFileSystem::readBackStaged(const std::vector<StagedCopy>& copies) {
+    return readBackEach(copies, false);
 }
 
-void PosixFileSystem::readBackPlaced(const StagedCopy& copy) {
-    Fd fd(openWritten(copy.target, copy.destination));
-    struct stat st {};
-    if (::fstat(fd.fd, &st) != 0)
-        throwErrno(errno, copy.destination);
-    const auto size = static_cast<std::uint64_t>(st.st_size);
-    if (!S_ISREG(st.st_mode) || size != copy.written.size)
-        throw readBackFailure(copy.destination);
-    dropCached(fd.fd);
-    char* buffer = ioBuffer();
-    std::size_t n = readAt(fd.fd, buffer, kDigestBlock, 0, copy.destination);
-    bool same = blockHash(buffer, n) == copy.written.first;
-    const std::uint64_t last = lastBlockStart(size);
-    n = readAt(fd.fd, buffer, kDigestBlock, last, copy.destination);
-    same = same && last + n == size && blockHash(buffer, n) == copy.written.last;
-    dropCached(fd.fd);
-    if (!same)
-        throw readBackFailure(copy.destination);
+std::vector<std::optional<FileFailure>>
+PosixFileSystem::readBackPlaced(const std::vector<StagedCopy>& copies) {
+    return readBackEach(copies, true);
 }
 
 void PosixFileSystem::placeStaged(const StagedCopy& copy) {
