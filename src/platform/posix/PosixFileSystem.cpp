@@ -100,22 +100,49 @@ char* ioBuffer() {
     return buffer.get();
 }
 
-// Copies the bytes of one open file to another in large reads and writes, digesting them on the
-// way, so that the source is read once. Returns 0 or the errno of the failure.
+// Copies the bytes of one open file to another, reading the source once, and digests exactly
+// what was written. The kernel's own copy is much the fastest way here; what it wrote is then
+// taken back from the destination's pages while they are still in memory. Where the kernel cannot
+// copy between the two, large reads and writes do. Returns 0 or the errno of the failure.
 int copyDigesting(int from, int to, Digester& digest) {
     char* buffer = ioBuffer();
-    for (;;) {
-        ssize_t n = ::read(from, buffer, kBuffer);
-        if (n < 0) {
-            if (errno == EINTR)
+    bool fast = true;
+    for (std::uint64_t done = 0;;) {
+        ssize_t n = -1;
+        if (fast) {
+            n = ::copy_file_range(from, nullptr, to, nullptr, kBuffer, 0);
+            if (n < 0 && errno == EINTR)
                 continue;
-            return errno;
+            if (n < 0 && errno != EXDEV && errno != ENOSYS && errno != EINVAL &&
+                errno != EOPNOTSUPP && errno != EBADF)
+                return errno;
+            if (n < 0) {
+                fast = false; // this pair of file systems wants plain reads and writes
+                continue;
+            }
+            for (ssize_t got = 0; got < n;) {
+                ssize_t r = ::pread(to, buffer + got, static_cast<std::size_t>(n - got),
+                                    static_cast<off_t>(done + static_cast<std::uint64_t>(got)));
+                if (r < 0 && errno == EINTR)
+                    continue;
+                if (r <= 0)
+                    return r < 0 ? errno : EIO;
+                got += r;
+            }
+        } else {
+            n = ::read(from, buffer, kBuffer);
+            if (n < 0 && errno == EINTR)
+                continue;
+            if (n < 0)
+                return errno;
+            if (n > 0)
+                if (int err = writeAll(to, buffer, static_cast<std::size_t>(n)))
+                    return err;
         }
         if (n == 0)
             return 0;
         digest.add(buffer, static_cast<std::size_t>(n));
-        if (int err = writeAll(to, buffer, static_cast<std::size_t>(n)))
-            return err;
+        done += static_cast<std::uint64_t>(n);
     }
 }
 
@@ -132,7 +159,7 @@ void writeTemporary(const Fd& in, StagedCopy& copy) {
 
     std::string temp = temporaryBeside(copy.target);
     Fd out;
-    out.fd = ::open(temp.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+    out.fd = ::open(temp.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
     if (out.fd < 0)
         throwErrno(errno, copy.destination);
 
