@@ -6,8 +6,9 @@
 //
 //     backup_bench [work folder]
 #include "backup/CopyBatch.h"
-#include "platform/NativeForm.h"
+#include "platform/DriveFormConversion.h"
 #include "platform/Platform.h"
+#include "support/TestMachine.h"
 
 #include <algorithm>
 #include <chrono>
@@ -186,10 +187,9 @@ void report(const char* target, const char* what, const Figures& f, double goal)
 } // namespace
 
 int main(int argc, char** argv) {
-    nv::platform() = nv::nativePlatform();
-    fs::path work =
-        argc > 1 ? fs::path(argv[1])
-                 : fs::temp_directory_path() / ("nvbench-backup-" + std::to_string(::getpid()));
+    // A folder given on the command line stays; the machine's own temporary one goes.
+    nvtest::NativeMachine machine;
+    fs::path work = argc > 1 ? fs::path(argv[1]) : machine.temp.native();
     fs::create_directories(work);
     work = fs::canonical(work);
     std::printf("Making the sources in %s (1 GiB and %d x 64 KiB) ...\n", work.c_str(),
@@ -222,7 +222,5 @@ int main(int argc, char** argv) {
 
     if (mounted)
         ::umount2(ram.c_str(), MNT_DETACH);
-    if (argc <= 1)
-        fs::remove_all(work);
     return 0;
 }

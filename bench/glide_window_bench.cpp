@@ -1,10 +1,11 @@
 // Prints how long the wizard's highlight takes to glide to step 2 in its 1000 painted steps, on
 // the display the program is given (run it under xvfb-run for an X server without a screen).
 #include "mainwindow/qt/FrmMain.h"
-#include "mainwindow/qt/ShapeControl.h"
-#include "platform/NativeForm.h"
+#include "platform/DriveFormConversion.h"
 #include "platform/Platform.h"
+#include "restore/qt/ShapeControl.h"
 #include "startup/AppSettings.h"
+#include "support/TestMachine.h"
 
 #include <QApplication>
 #include <QPushButton>
@@ -18,11 +19,9 @@ using Clock = std::chrono::steady_clock;
 
 int main(int argc, char** argv) {
     QApplication app(argc, argv);
-    fs::path root = fs::temp_directory_path() / ("nv-glide-bench-" + std::to_string(getpid()));
-    fs::create_directories(root);
-    nv::platform() = nv::nativePlatform();
+    nvtest::NativeMachine machine;
     auto& s = nv::AppSettings;
-    s.strIniFile = nv::driveFormOf((root / "NVbackuptool.ini").string());
+    s.strIniFile = machine.temp.drive("NVbackuptool.ini");
     s.DriveTarget = "C:";
     s.LastBackup = nv::platform().clock->today();
     s.strFiles = {""};
@@ -57,6 +56,5 @@ int main(int argc, char** argv) {
                 qPrintable(QGuiApplication::platformName()), rounds);
     std::printf("  mean %.0f ms, slowest %.0f ms (target < 2000 ms), %d paints of the shape\n",
                 total / rounds, slowest, paints);
-    fs::remove_all(root);
     return 0;
 }

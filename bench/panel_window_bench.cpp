@@ -2,11 +2,12 @@
 // drive whose root holds 10,000 files, one add and one remove on a list of 32,767 rows, and the
 // share of a core the idle program takes.
 #include "mainwindow/qt/FrmMain.h"
+#include "platform/DriveFormConversion.h"
 #include "platform/MessageBoxes.h"
-#include "platform/NativeForm.h"
 #include "platform/Platform.h"
 #include "platform/posix/DriveTable.h"
 #include "startup/AppSettings.h"
+#include "support/TestMachine.h"
 
 #include <QApplication>
 #include <QListWidget>
@@ -28,12 +29,6 @@ public:
     nv::Answer show(const nv::MessageBoxRequest&) override { return nv::Answer::Yes; }
 };
 
-class PickOne : public nv::FileDialogs {
-public:
-    std::string showOpen(const std::string&, const std::string&) override { return path; }
-    std::string path;
-};
-
 double msSince(Clock::time_point start) {
     return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
 }
@@ -51,7 +46,8 @@ int main(int argc, char** argv) {
     setenv("QT_QPA_PLATFORM", "offscreen", 0);
     QApplication app(argc, argv);
 
-    fs::path root = fs::temp_directory_path() / ("nv-panel-bench-" + std::to_string(getpid()));
+    nvtest::NativeMachine machine;
+    const fs::path& root = machine.temp.native();
     fs::create_directories(root / "stick");
     fs::create_directories(root / "Norvale");
     for (int i = 0; i < 10000; ++i)
@@ -68,17 +64,15 @@ int main(int argc, char** argv) {
                 << ".dat\r\n";
     }
     AnswerYes boxes;
-    PickOne dialogs;
-    nv::Platform machine = nv::nativePlatform();
-    machine.boxes = &boxes;
-    machine.dialogs = &dialogs;
-    nv::platform() = machine;
+    nvtest::ScriptedDialogs dialogs;
+    nv::ScopedPlatformPart<nv::MessageBoxes> useBoxes(&nv::Platform::boxes, &boxes);
+    nv::ScopedPlatformPart<nv::FileDialogs> useDialogs(&nv::Platform::dialogs, &dialogs);
     auto& s = nv::AppSettings;
     std::string folder = nv::driveFormOf((root / "Norvale").string());
     s.strIniFile = folder + "\\NVbackuptool.ini";
     s.dirfrom = folder;
     s.DriveTarget = "E:";
-    s.LastBackup = machine.clock->today();
+    s.LastBackup = nv::platform().clock->today();
     s.AantalFiles = rows - 1;
     s.strFiles.assign(rows, "");
     for (int n = 1; n < rows; ++n)
@@ -96,7 +90,7 @@ int main(int argc, char** argv) {
         window.Timer1_Timer();
     double tick = msSince(start) / ticks;
 
-    dialogs.path = folder + "\\nieuw.dat";
+    dialogs.answers.push_back(folder + "\\nieuw.dat");
     start = Clock::now();
     window.CmdSelectFiles_Click();
     double add = msSince(start);
@@ -128,6 +122,5 @@ int main(int argc, char** argv) {
     std::printf("  idle program over %d s                                          %8.2f %% of a "
                 "core (target < 0.5 %%)\n",
                 idleSeconds, idle);
-    fs::remove_all(root);
     return 0;
 }

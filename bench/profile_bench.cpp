@@ -3,8 +3,9 @@
 //
 //   profile_bench [seconds]   the time allowed to each unbatched write-back (default 60)
 
-#include "platform/NativeForm.h"
+#include "platform/DriveFormConversion.h"
 #include "platform/Platform.h"
+#include "support/TestMachine.h"
 
 #include <chrono>
 #include <cstdio>
@@ -99,8 +100,8 @@ Figures measure(nv::ProfileStore& store, const fs::path& folder, int rows, doubl
 int main(int argc, char** argv) {
     double budget = argc > 1 ? std::atof(argv[1]) : 60.0;
     nv::ProfileStore& store = *nv::nativePlatform().profiles;
-    fs::path folder = fs::temp_directory_path() / ("nvbench-" + std::to_string(::getpid()));
-    fs::create_directories(folder);
+    nvtest::TempFolder temp;
+    const fs::path& folder = temp.native();
 
     std::printf("Settings file, times in milliseconds (%s)\n\n", folder.c_str());
     std::printf("%8s %12s %14s %12s %26s\n", "rows", "start-up", "write-back", "one edit",
@@ -122,6 +123,5 @@ int main(int argc, char** argv) {
     }
     std::printf("\nTargets at 32767 rows: start-up read < 1000 ms, write-back < 1000 ms, one edit "
                 "< 100 ms.\n");
-    fs::remove_all(folder);
     return 0;
 }

@@ -1,11 +1,12 @@
 // Prints how long the program takes from its start to the first painted main window, against a
 // bare Qt window, each in a fresh process, side by side in one run.
 #include "mainwindow/qt/StartWindows.h"
-#include "platform/NativeForm.h"
+#include "platform/DriveFormConversion.h"
 #include "platform/Platform.h"
 #include "platform/qt/QtMessageBoxes.h"
 #include "production/KnownFile.h"
 #include "startup/Main.h"
+#include "support/TestMachine.h"
 
 #include <QApplication>
 #include <QEvent>
@@ -38,12 +39,6 @@ public:
     }
 };
 
-class FixedProcess : public nv::Process {
-public:
-    std::string appPath() override { return path; }
-    std::string path;
-};
-
 // A bare window paints no text; the second baseline has a label and a button, and so pays for
 // the fonts as every real window does.
 int bareWindow(int argc, char** argv, bool withText) {
@@ -63,13 +58,12 @@ int bareWindow(int argc, char** argv, bool withText) {
 
 int program(int argc, char** argv, const std::string& folder) {
     QApplication app(argc, argv);
+    nv::ScopedPlatform native(nv::nativePlatform());
     nv::QtMessageBoxes boxes;
-    FixedProcess process;
-    nv::Platform machine = nv::nativePlatform();
-    machine.boxes = &boxes;
+    nvtest::FixedProcess process;
     process.path = nv::driveFormOf(folder);
-    machine.process = &process;
-    nv::platform() = machine;
+    nv::ScopedPlatformPart<nv::MessageBoxes> useBoxes(&nv::Platform::boxes, &boxes);
+    nv::ScopedPlatformPart<nv::Process> useProcess(&nv::Platform::process, &process);
     FirstPaint watch;
     app.installEventFilter(&watch);
     nv::QtStartWindows windows;
@@ -113,8 +107,8 @@ int main(int argc, char** argv) {
         return program(argc, argv, argv[2]);
 
     // A first start on a demo install: the production files in the program's folder.
-    fs::path folder = fs::temp_directory_path() / ("nv-start-window-" + std::to_string(getpid()));
-    fs::create_directories(folder);
+    nvtest::TempFolder temp;
+    const fs::path& folder = temp.native();
     for (int row = 0; row < 11; ++row)
         if (row != 4 && row != 8 && row != 9)
             std::ofstream(folder / nv::fKnownFileName(row)) << "demo";
@@ -128,11 +122,9 @@ int main(int argc, char** argv) {
         full.push_back(runOnce(argv[0], {"--program", folder.string()}));
         if (bare.back() < 0 || text.back() < 0 || full.back() < 0) {
             std::fprintf(stderr, "a run failed\n");
-            fs::remove_all(folder);
             return 1;
         }
     }
-    fs::remove_all(folder);
     double b = median(bare), t = median(text), p = median(full);
     std::printf("Time to the first painted window, median of %d fresh processes each (offscreen)\n",
                 runs);

@@ -1,11 +1,12 @@
 // Prints how long the start-up takes over settings files with long lists, and how long one
 // whole list takes to write back key by key, as a window operation does.
-#include "platform/NativeForm.h"
+#include "platform/DriveFormConversion.h"
 #include "platform/Platform.h"
 #include "production/KnownFile.h"
 #include "startup/AppSettings.h"
 #include "startup/Main.h"
 #include "startup/Settings.h"
+#include "support/TestMachine.h"
 
 #include <chrono>
 #include <cstdio>
@@ -25,12 +26,6 @@ public:
     void showMainWindow() override {}
     void loadSplash() override {}
     void showSplash() override {}
-};
-
-class FixedProcess : public nv::Process {
-public:
-    std::string appPath() override { return path; }
-    std::string path;
 };
 
 double millisecondsSince(Clock::time_point start) {
@@ -64,18 +59,16 @@ double writeBack(bool oneBatch) {
 } // namespace
 
 int main() {
-    fs::path root = fs::temp_directory_path() / ("nvbench-" + std::to_string(::getpid()));
-    fs::path program = root / "Norvale";
+    nvtest::NativeMachine machine;
+    fs::path program = machine.temp.native("Norvale");
     fs::create_directories(program);
     for (int row = 0; row <= 10; ++row)
         if (row != 8 && row != 9)
             std::ofstream(program / nv::fKnownFileName(row)) << "data";
 
-    FixedProcess process;
+    nvtest::FixedProcess process;
     process.path = nv::driveFormOf(program.string());
-    nv::Platform machine = nv::nativePlatform();
-    machine.process = &process;
-    nv::platform() = machine;
+    nv::ScopedPlatformPart<nv::Process> useProcess(&nv::Platform::process, &process);
     NoWindows windows;
 
     std::printf("%8s  %14s  %22s  %24s\n", "rows", "start-up (ms)", "write-back batch (ms)",
@@ -108,6 +101,5 @@ int main() {
             std::snprintf(perKey, sizeof perKey, "%.1f", writeBack(false));
         std::printf("%8d  %14.1f  %22.1f  %24s\n", rows, startup, batch, perKey);
     }
-    fs::remove_all(root);
     return 0;
 }

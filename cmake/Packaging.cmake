@@ -12,6 +12,9 @@ install(TARGETS norvale-backup RUNTIME DESTINATION ${nv_program_dir})
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/assets/install/ DESTINATION ${nv_program_dir}
     FILE_PERMISSIONS OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ)
 
+install(FILES "${NV_HELP_FILE}" DESTINATION ${nv_program_dir}
+    PERMISSIONS OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ)
+
 install(FILES ${CMAKE_CURRENT_LIST_DIR}/norvale-backup.desktop DESTINATION usr/share/applications)
 foreach(size 32 48 256)
     if(size EQUAL 256)

@@ -1,5 +1,7 @@
 #include "FuzzFolder.h"
 
+#include "support/TempFolder.h"
+
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -14,46 +16,22 @@ namespace nvfuzz {
 
 namespace {
 
-std::string makeRoot() {
-    std::string base;
+// /dev/shm, where a flush costs nothing, unless TMPDIR says otherwise.
+fs::path base() {
     if (const char* tmp = std::getenv("TMPDIR"); tmp && *tmp)
-        base = tmp;
-    else if (struct stat st{};
-             ::stat("/dev/shm", &st) == 0 && S_ISDIR(st.st_mode) && ::access("/dev/shm", W_OK) == 0)
-        base = "/dev/shm";
-    else
-        base = "/tmp";
-    std::string pattern = base + "/nvfuzz-XXXXXX";
-    if (::mkdtemp(pattern.data()) == nullptr)
-        fail("no temporary folder", pattern);
-    // Drive roots are compared as text, so the root must be the folder's one true name.
-    char* real = ::realpath(pattern.c_str(), nullptr);
-    if (!real)
-        fail("no temporary folder", pattern);
-    std::string root = real;
-    std::free(real);
-    return root;
-}
-
-std::string& rootSlot() {
-    static std::string root;
-    return root;
-}
-
-void removeRoot() {
-    std::error_code ec;
-    if (!rootSlot().empty())
-        fs::remove_all(rootSlot(), ec);
+        return tmp;
+    if (struct stat st{};
+        ::stat("/dev/shm", &st) == 0 && S_ISDIR(st.st_mode) && ::access("/dev/shm", W_OK) == 0)
+        return "/dev/shm";
+    return "/tmp";
 }
 
 } // namespace
 
+// The kit's folder is already the folder's one true name, as drive roots compared as text need.
 const std::string& fuzzRoot() {
-    std::string& root = rootSlot();
-    if (root.empty()) {
-        root = makeRoot();
-        std::atexit(removeRoot);
-    }
+    static const nvtest::TempFolder folder(base());
+    static const std::string root = folder.native().string();
     return root;
 }
 

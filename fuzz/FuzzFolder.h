@@ -5,8 +5,9 @@
 
 namespace nvfuzz {
 
-// The private folder of one fuzzing process, made on first use under $TMPDIR (or /dev/shm, where
-// a flush costs nothing) and removed at exit. The targets write below it and nowhere else.
+// The private folder of one fuzzing process, a kit's TempFolder made on first use under $TMPDIR
+// (or /dev/shm, where a flush costs nothing) and removed at exit. The targets write below it and
+// nowhere else.
 const std::string& fuzzRoot();
 
 void makeFolder(const std::string& native);

@@ -6,12 +6,12 @@
 #include "FuzzFolder.h"
 
 #include "backup/BackupRun.h"
+#include "platform/CaseFold.h"
 #include "platform/FileFailure.h"
 #include "platform/Platform.h"
-#include "platform/Wildcard.h"
 #include "platform/posix/DriveTable.h"
-#include "platform/posix/NativePath.h"
 #include "platform/posix/PosixFileSystem.h"
+#include "platform/posix/PosixPathResolution.h"
 #include "startup/Paths.h"
 
 #include <cstdint>
@@ -330,7 +330,7 @@ extern "C" int LLVMFuzzerInitialize(int*, char***) {
     p.files = &files;
     p.drives = &table;
     p.boxes = &boxes;
-    nv::platform() = p;
+    static nv::ScopedPlatform installed(p);
     return 0;
 }
 

@@ -23,17 +23,13 @@ sample() {
         printf 'Demo %s regel %04d: boeking %d, bedrag %d,%02d EUR\r\n' "$name" "$i" "$i" $((i * 37 % 1000)) $((i % 100))
     done >"$program/$name"
 }
-sample NV_Ledger01.mdb 4000
-sample NV_Lists97.mdb 1500
-sample panels.ini 12
-sample NV_Entity.NVD 800
-sample Nota.ini 8
-sample NV.ini 20
-sample Refresh.ini 6
-sample NV_stock.NVD 600
+while read -r name lines; do
+    sample "$name" "$lines"
+done < <(grep -v '^#' scripts/lib/sample-files.txt)
 
 # The program lives in the demo's program folder, as it would beside the host product.
 install -m 0755 build/dev/src/norvale-backup "$program/norvale-backup"
+install -m 0644 "build/dev/src/NV BU tool.chm" "$program/NV BU tool.chm"
 if [ -d assets/install ]; then
     cp -r assets/install/. "$program/"
 fi

@@ -10,6 +10,7 @@ else
     packages=(
         cmake ninja-build g++ pkg-config
         qt6-base-dev qt6-base-dev-tools libgl-dev qt6-translations-l10n
+        fp-utils libchm-dev libchm-bin libmd4c-dev libmd4c-html0-dev
         googletest libgtest-dev libgmock-dev
         g++-mingw-w64-x86-64-posix wine wine64
         xvfb xauth

@@ -10,6 +10,8 @@ started=$SECONDS
 bash scripts/install-deps.sh
 # dpkg-shlibdeps computes Depends; desktop-file-validate checks the menu entry.
 bash scripts/install-deps.sh dpkg-dev desktop-file-utils binutils
+# enum_chmLib and extract_chmLib read the help file as the program does, through chmlib.
+bash scripts/install-deps.sh libchm-bin
 
 build="${NV_BUILD_DIR:-$root/build/package}"
 cmake --preset package -B "$build" >/dev/null
@@ -58,7 +60,7 @@ fi
 # Every dependency must be a real package whose version on this machine satisfies it, so
 # `apt install ./the.deb` on the same Debian release can satisfy it too.
 depends=$(field Depends)
-for needed in libc6 libstdc++6 libqt6core6 libqt6gui6 libqt6widgets6 qt6-translations-l10n; do
+for needed in libc6 libstdc++6 libqt6core6 libqt6gui6 libqt6widgets6 libchm1 qt6-translations-l10n; do
     [[ ", $depends," == *", $needed"[\ ,]* ]] || fail "Depends lacks $needed"
 done
 IFS=',' read -ra items <<<"$depends"
@@ -100,7 +102,9 @@ before=$failures
 # mode, path[, link target]
 expect_entry() {
     local mode="$1" path="$2" target="${3:-}" line
-    line=$(awk -v p="./$path" '$6 == p' <<<"$listing")
+    # The name is the rest of the line after five fields, and may hold blanks.
+    line=$(awk -v p="./$path" '{ name = $0; sub(/^[^ ]+ +[^ ]+ +[^ ]+ +[^ ]+ +[^ ]+ +/, "", name)
+        sub(/ -> .*/, "", name); if (name == p) print }' <<<"$listing")
     if [ -z "$line" ]; then
         fail "missing ./$path"
         return
@@ -113,6 +117,7 @@ expect_entry() {
     fi
 }
 expect_entry -rwxr-xr-x "$prog_dir/norvale-backup"
+expect_entry -rw-r--r-- "$prog_dir/NV BU tool.chm"
 for asset in assets/install/*; do
     expect_entry -rw-r--r-- "$prog_dir/$(basename "$asset")"
 done
@@ -174,6 +179,30 @@ done
 [ "$(head -c 6 "$inst/$prog_dir/FILECOPY.GIF" 2>/dev/null)" = GIF89a ] ||
     fail "the copy clip beside the program is not a GIF"
 [ $failures -eq $before ] && ok "the copy clip lies beside the program"
+
+# The help file opens with chmlib and holds a page for each heading of the guide, its
+# contents and index, and the pictures the guide shows.
+before=$failures
+help="$inst/$prog_dir/NV BU tool.chm"
+if ! listing=$(enum_chmLib "$help" 2>&1) || ! grep -q 'normal file' <<<"$listing"; then
+    fail "the help file does not open with chmlib: $(head -3 <<<"$listing")"
+else
+    pages=$(grep -c 'normal file.*\.html$' <<<"$listing" || true)
+    headings=$(grep -cE '^#{1,3} ' docs/gebruikershandleiding.md)
+    [ "$pages" -eq "$headings" ] ||
+        fail "the help file holds $pages pages, the guide has $headings headings"
+    for member in /toc.hhc /index.hhk /index.html; do
+        grep -q "normal file[[:space:]]*$member\$" <<<"$listing" || fail "the help file lacks $member"
+    done
+    for picture in $(grep -o '](screenshots/[^)]*\.png)' docs/gebruikershandleiding.md | tr -d '()]'); do
+        grep -q "/$picture\$" <<<"$listing" || fail "the help file lacks the picture $picture"
+    done
+    extract_chmLib "$help" "$scratch/help" >/dev/null 2>&1 || true
+    first=$(sed -n 's/^# //p' docs/gebruikershandleiding.md | head -1)
+    grep -qF "<h1>$first</h1>" "$scratch/help/index.html" 2>/dev/null ||
+        fail "the help file's first page is not headed '$first'"
+    [ $failures -eq $before ] && ok "the help file opens with chmlib: $pages pages, contents, index, pictures"
+fi
 
 binary="$inst$program"
 if missing=$(ldd "$binary" | grep 'not found'); then

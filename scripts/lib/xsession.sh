@@ -6,7 +6,7 @@
 root="$PWD"
 # pyatspi comes with Debian's Python, which a python3 earlier on the PATH may not be.
 python=/usr/bin/python3
-launcher=/usr/libexec/at-spi-bus-launcher
+source scripts/lib/display.sh
 atspi="$root/scripts/lib/atspi.py"
 
 main_title="Norvale Backup & Restore "
@@ -27,6 +27,7 @@ build_program() {
 }
 
 work="$(mktemp -d -t nv-shots-XXXXXX)"
+# Helpers a script starts in the background, ended with the session.
 pids=()
 program_pid=""
 stop_program() {
@@ -43,6 +44,7 @@ stop_all() {
         wait "$pid" 2>/dev/null || true
     done
     pids=()
+    stop_session
 }
 trap 'stop_all; rm -rf "$work"' EXIT
 trap 'exit 1' INT TERM
@@ -50,19 +52,19 @@ trap 'exit 1' INT TERM
 # --- The demo install: sample production files in C:\Norvale, a settings file with E: as the
 # target drive, and a stick with one earlier backup on it.
 
-sample_files=(NV_Ledger01.mdb NV_Lists97.mdb panels.ini NV_Entity.NVD Nota.ini NV.ini
-    Refresh.ini NV_stock.NVD)
+mapfile -t sample_files < <(grep -v '^#' scripts/lib/sample-files.txt | cut -d ' ' -f 1)
 
 make_install() {
     local dir="$1" name i
-    mkdir -p "$dir/c/Norvale" "$dir/stick/Backup 16-11-2026"
+    mkdir -p "$dir/c/Norvale" "$dir/stick/Backup2026-11-16"
     for name in "${sample_files[@]}"; do
         for i in 1 2 3 4 5; do
             printf 'Demo %s regel %d\r\n' "$name" "$i"
         done >"$dir/c/Norvale/$name"
-        cp "$dir/c/Norvale/$name" "$dir/stick/Backup 16-11-2026/"
+        cp "$dir/c/Norvale/$name" "$dir/stick/Backup2026-11-16/"
     done
     install -m 0755 "$program" "$dir/c/Norvale/norvale-backup"
+    install -m 0644 "$(dirname "$program")/NV BU tool.chm" "$dir/c/Norvale/NV BU tool.chm"
     # The files that go beside the program, as the copy clip; the demo install has them too.
     cp -r "$root/assets/install/." "$dir/c/Norvale/"
 }
@@ -81,30 +83,7 @@ prepare_settings() {
     fi
 }
 
-# --- The display, the buses and the program
-
-# Without -noreset the server resets when its last client leaves, and refuses the next for a
-# moment.
-start_display() {
-    local dir="$1" width="$2" height="$3" fd
-    exec {fd}>"$dir/display"
-    Xvfb -displayfd "$fd" -screen 0 "${width}x${height}x24" -nolisten tcp -noreset 2>/dev/null &
-    pids+=($!)
-    exec {fd}>&-
-    wait_for test -s "$dir/display"
-    export DISPLAY=":$(cat "$dir/display")"
-}
-
-start_buses() {
-    local dir="$1"
-    dbus-daemon --session --nofork --print-address=1 >"$dir/bus" 2>/dev/null &
-    pids+=($!)
-    wait_for test -s "$dir/bus"
-    DBUS_SESSION_BUS_ADDRESS="$(head -n 1 "$dir/bus")"
-    export DBUS_SESSION_BUS_ADDRESS
-    "$launcher" --launch-immediately --a11y=1 >/dev/null 2>&1 &
-    pids+=($!)
-}
+# --- The program (the display and the buses: scripts/lib/display.sh)
 
 start_program() {
     local dir="$1"
@@ -153,20 +132,6 @@ painted() {
     mean="$(import -window "$1" ${2:+-crop "$2"} -format '%[fx:mean]' info:)"
     awk -v mean="$mean" 'BEGIN { exit !(mean > 0.05) }'
 }
-
-# Waits up to $1 seconds for the test in the rest of the arguments to pass.
-wait_up_to() {
-    local seconds="$1" i
-    shift
-    for i in $(seq $((seconds * 20))); do
-        "$@" && return 0
-        sleep 0.05
-    done
-    echo "Gave up waiting for: $*" >&2
-    return 1
-}
-
-wait_for() { wait_up_to 10 "$@"; }
 
 # The smallest rectangle holding both geometries.
 union() {

@@ -1,4 +1,5 @@
 #include "startup/Main.h"
+#include "platform/qt/ShowHelp.h"
 #include "mainwindow/qt/StartWindows.h"
 #include "platform/Platform.h"
 #include "platform/qt/HelpKey.h"
@@ -36,7 +37,7 @@ int main(int argc, char** argv) {
     machine.dialogs = &dialogs;
     nv::platform() = machine;
 
-    nv::HelpKey help;
+    nv::HelpKey help([] { return nv::App.HelpFile; }, nv::showHelp);
     app.installEventFilter(&help);
 
     nv::QtStartWindows windows;

@@ -2,10 +2,10 @@
 
 #include "backup/CopyBatch.h"
 
+#include "platform/CaseFold.h"
 #include "platform/DateText.h"
 #include "platform/FailureText.h"
 #include "platform/Platform.h"
-#include "platform/Wildcard.h"
 #include "startup/AppSettings.h"
 #include "startup/FileOps.h"
 #include "startup/MsgBox.h"
@@ -36,24 +36,21 @@ bool isBlank(const std::string& text) {
 class CommitBeforeBoxes : public MessageBoxes {
 public:
     CommitBeforeBoxes(CopyBatch& copies, BackupWindows& windows)
-        : copies_(copies), windows_(windows), boxes_(platform().boxes) {
-        platform().boxes = this;
-    }
-    ~CommitBeforeBoxes() override { platform().boxes = boxes_; }
+        : copies_(copies), windows_(windows), installed_(&Platform::boxes, this) {}
     CommitBeforeBoxes(const CommitBeforeBoxes&) = delete;
     CommitBeforeBoxes& operator=(const CommitBeforeBoxes&) = delete;
 
     Answer show(const MessageBoxRequest& request) override {
         if (copies_.pending())
             goOnBehind([&] { windows_.runCommit([&] { copies_.commit(); }); });
-        return boxes_ ? boxes_->show(request)
-                      : defaultAnswer(request.buttons, request.defaultButton);
+        MessageBoxes* boxes = installed_.saved();
+        return boxes ? boxes->show(request) : defaultAnswer(request.buttons, request.defaultButton);
     }
 
 private:
     CopyBatch& copies_;
     BackupWindows& windows_;
-    MessageBoxes* boxes_;
+    ScopedPlatformPart<MessageBoxes> installed_;
 };
 
 // The run's failure path for every number but 75: one box, the progress window closed.

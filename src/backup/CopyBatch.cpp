@@ -1,7 +1,7 @@
 #include "backup/CopyBatch.h"
 
+#include "platform/CaseFold.h"
 #include "platform/FileFailure.h"
-#include "platform/Wildcard.h"
 
 #include <algorithm>
 #include <optional>

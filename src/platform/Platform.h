@@ -10,6 +10,8 @@
 #include "platform/Shell.h"
 #include "platform/SpecialFolders.h"
 
+#include <type_traits>
+
 namespace nv {
 
 // The machine as the logic sees it. Tests put their own pieces in place.
@@ -41,6 +43,26 @@ public:
 
 private:
     Platform saved_;
+};
+
+// Puts one piece of the platform in place for one scope and puts the previous one back:
+// ScopedPlatformPart boxes(&Platform::boxes, &mine);
+template <typename Part> class ScopedPlatformPart {
+public:
+    ScopedPlatformPart(Part* Platform::*member, std::type_identity_t<Part>* part)
+        : member_(member), saved_(platform().*member) {
+        platform().*member_ = part;
+    }
+    ~ScopedPlatformPart() { platform().*member_ = saved_; }
+    ScopedPlatformPart(const ScopedPlatformPart&) = delete;
+    ScopedPlatformPart& operator=(const ScopedPlatformPart&) = delete;
+
+    // The piece that stood there before.
+    Part* saved() const { return saved_; }
+
+private:
+    Part* Platform::*member_;
+    Part* saved_;
 };
 
 } // namespace nv

@@ -1,75 +1,17 @@
 #include "platform/Wildcard.h"
 
-#include <algorithm>
-#include <cstdint>
-#include <utility>
+#include "platform/CaseFold.h"
 
 namespace nv {
 
 namespace {
 
-// The code point that starts at s[i], and how many bytes it takes; a stray byte stands for
-// itself.
-std::pair<char32_t, std::size_t> codePointAt(std::string_view s, std::size_t i) {
-    auto b = static_cast<unsigned char>(s[i]);
-    std::size_t extra = b >= 0xF0 ? 3 : b >= 0xE0 ? 2 : b >= 0xC0 ? 1 : 0;
-    char32_t cp = b & (0x3F >> extra);
-    bool ok = extra > 0 && i + extra < s.size();
-    for (std::size_t k = 1; ok && k <= extra; ++k) {
-        auto c = static_cast<unsigned char>(s[i + k]);
-        ok = (c & 0xC0) == 0x80;
-        cp = (cp << 6) | (c & 0x3F);
-    }
-    if (!ok)
-        return {b, 1};
-    return {cp, extra + 1};
-}
-
-std::u32string decode(const std::string& s) {
-    std::u32string out;
-    out.reserve(s.size());
-    for (std::size_t i = 0; i < s.size();) {
-        auto [cp, size] = codePointAt(s, i);
-        out.push_back(cp);
-        i += size;
-    }
-    return out;
-}
-
-char32_t upper(char32_t c) {
-    if (c >= 'a' && c <= 'z')
-        return c - 32;
-    // Latin-1 letters à..þ except ÷
-    if (c >= 0xE0 && c <= 0xFE && c != 0xF7)
-        return c - 32;
-    if (c == 0xFF)
-        return 0x178;
-    return c;
-}
-
-void encode(char32_t cp, std::string& out) {
-    if (cp < 0x80) {
-        out.push_back(static_cast<char>(cp));
-    } else if (cp < 0x800) {
-        out.push_back(static_cast<char>(0xC0 | (cp >> 6)));
-        out.push_back(static_cast<char>(0x80 | (cp & 0x3F)));
-    } else if (cp < 0x10000) {
-        out.push_back(static_cast<char>(0xE0 | (cp >> 12)));
-        out.push_back(static_cast<char>(0x80 | ((cp >> 6) & 0x3F)));
-        out.push_back(static_cast<char>(0x80 | (cp & 0x3F)));
-    } else {
-        out.push_back(static_cast<char>(0xF0 | (cp >> 18)));
-        out.push_back(static_cast<char>(0x80 | ((cp >> 12) & 0x3F)));
-        out.push_back(static_cast<char>(0x80 | ((cp >> 6) & 0x3F)));
-        out.push_back(static_cast<char>(0x80 | (cp & 0x3F)));
-    }
-}
-
+// Both sides in upper case already.
 bool match(const std::u32string& p, std::size_t pi, const std::u32string& n, std::size_t ni) {
     // Iterative match with one backtrack point for the last '*'.
     std::size_t starP = std::u32string::npos, starN = 0;
     while (ni < n.size()) {
-        if (pi < p.size() && (p[pi] == U'?' || upper(p[pi]) == upper(n[ni]))) {
+        if (pi < p.size() && (p[pi] == U'?' || p[pi] == n[ni])) {
             ++pi;
             ++ni;
         } else if (pi < p.size() && p[pi] == U'*') {
@@ -96,8 +38,8 @@ bool hasWildcards(const std::string& text) {
 bool wildcardMatch(const std::string& pattern, const std::string& name) {
     if (pattern == "*.*" || pattern == "*")
         return true;
-    std::u32string p = decode(pattern);
-    std::u32string n = decode(name);
+    std::u32string p = upperCodePoints(pattern);
+    std::u32string n = upperCodePoints(name);
     // A pattern ending in a dot asks for names without an extension.
     if (!p.empty() && p.back() == U'.') {
         if (n.find(U'.') != std::u32string::npos)
@@ -106,53 +48,6 @@ bool wildcardMatch(const std::string& pattern, const std::string& name) {
         return match(p, 0, n, 0);
     }
     return match(p, 0, n, 0);
-}
-
-std::string upperCase(const std::string& text) {
-    // Most names are plain ASCII, which changes in place; a folder is listed name by name.
-    std::string out = text;
-    bool ascii = true;
-    for (char& c : out) {
-        if (static_cast<unsigned char>(c) >= 0x80) {
-            ascii = false;
-            break;
-        }
-        if (c >= 'a' && c <= 'z')
-            c = static_cast<char>(c - 32);
-    }
-    if (ascii)
-        return out;
-    out.clear();
-    for (std::size_t i = 0; i < text.size();) {
-        auto [cp, size] = codePointAt(text, i);
-        encode(upper(cp), out);
-        i += size;
-    }
-    return out;
-}
-
-bool equalsIgnoringCase(std::string_view a, std::string_view b) {
-    std::size_t i = 0;
-    std::size_t j = 0;
-    while (i < a.size() && j < b.size()) {
-        auto [ca, sizeA] = codePointAt(a, i);
-        auto [cb, sizeB] = codePointAt(b, j);
-        if (upper(ca) != upper(cb))
-            return false;
-        i += sizeA;
-        j += sizeB;
-    }
-    return i == a.size() && j == b.size();
-}
-
-void sortIgnoringCase(std::vector<std::string>& names) {
-    std::vector<std::pair<std::string, std::string>> keyed;
-    keyed.reserve(names.size());
-    for (std::string& name : names)
-        keyed.emplace_back(upperCase(name), std::move(name));
-    std::sort(keyed.begin(), keyed.end());
-    for (std::size_t i = 0; i < keyed.size(); ++i)
-        names[i] = std::move(keyed[i].second);
 }
 
 } // namespace nv

@@ -1,6 +1,6 @@
+#include "platform/CaseFold.h"
 #include "platform/FileFailure.h"
 #include "platform/SpecialFolders.h"
-#include "platform/Wildcard.h"
 #include "production/KnownFile.h"
 #include "startup/AppSettings.h"
 #include "startup/FileOps.h"

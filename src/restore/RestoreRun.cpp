@@ -1,6 +1,6 @@
 #include "restore/RestoreRun.h"
 
-#include "platform/Wildcard.h"
+#include "platform/CaseFold.h"
 #include "startup/FileOps.h"
 #include "startup/Paths.h"
 

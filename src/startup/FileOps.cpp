@@ -37,5 +37,11 @@ void subRemoveCopyLeftovers(const std::string& folder) {
 FileSystem& fileSystem() {
     return *platform().files;
 }
+std::vector<std::string> fListFolders(const std::string& folder) {
+    return platform().files->listFolders(folder);
+}
+std::vector<std::string> fListFiles(const std::string& folder, const std::string& pattern) {
+    return platform().files->listFiles(folder, pattern);
+}
 
 } // namespace nv

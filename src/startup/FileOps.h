@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace nv {
 
@@ -21,5 +22,9 @@ void subWriteFile(const std::string& path, const std::string& bytes);
 void subRemoveCopyLeftovers(const std::string& folder);
 // The file system these operations go to, for what works on it as a whole (a CopyBatch).
 FileSystem& fileSystem();
+// The names of a folder's subfolders and of its plain files matching pattern, sorted without
+// regard to case; hidden ones are left out.
+std::vector<std::string> fListFolders(const std::string& folder);
+std::vector<std::string> fListFiles(const std::string& folder, const std::string& pattern);
 
 } // namespace nv

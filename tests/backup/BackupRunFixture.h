@@ -116,9 +116,6 @@ protected:
         savedE_ = nv::driveTableOf(machine.platform).find('E');
         nv::driveTableOf(machine.platform).setFolder('E', machine.temp.native("stick").string());
 #endif
-        machine.platform.boxes = &boxes;
-        machine.platform.files = &files;
-        nv::platform() = machine.platform;
         std::filesystem::create_directories(onStick());
         machine.temp.write("prog/NVbackuptool.ini", kSettingsBefore);
         nv::AppSettings.strIniFile = machine.temp.drive("prog\\NVbackuptool.ini");
@@ -183,6 +180,8 @@ protected:
     FakeBackupWindows windows;
     LoggingBoxes boxes;
     FaultyFiles files;
+    nv::ScopedPlatformPart<nv::MessageBoxes> useBoxes_{&nv::Platform::boxes, &boxes};
+    nv::ScopedPlatformPart<nv::FileSystem> useFiles_{&nv::Platform::files, &files};
     std::string target = "E:"; // what DriveTarget holds
 #ifndef _WIN32
     std::optional<nv::DriveInfo> savedE_;

@@ -1,5 +1,5 @@
 #include "backup/BackupRunFixture.h"
-#include "platform/NativeForm.h"
+#include "platform/DriveFormConversion.h"
 
 #include <chrono>
 #include <fstream>
@@ -381,7 +381,7 @@ public:
 TEST(FullPath, MirrorsTheLastFolderOfTheSource) {
     TestMachine machine;
     NamingFiles files;
-    platform().files = &files;
+    ScopedPlatformPart<FileSystem> useFiles(&Platform::files, &files);
     const std::string b = "E:\\Backup2026-11-17";
     files.folders.insert(b);
     const std::pair<std::string, std::string> examples[] = {

@@ -1,7 +1,7 @@
 #include "platform/FileFailure.h"
 #include "platform/posix/DriveTable.h"
-#include "platform/posix/NativePath.h"
 #include "platform/posix/PosixFileSystem.h"
+#include "platform/posix/PosixPathResolution.h"
 #include "support/FailureOf.h"
 #include "support/TempFolder.h"
 

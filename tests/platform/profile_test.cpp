@@ -7,9 +7,7 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
 #include <string>
-#include <vector>
 
 namespace {
 
@@ -120,58 +118,6 @@ TEST_F(Profile, CreatesTheFileInWindows1252) {
     EXPECT_FALSE(store.writeString("Basic settings", "AantalFiles", "0", lost));
     EXPECT_EQ(get("Basic settings", "AantalFiles", lost), "?");
     EXPECT_FALSE(dir.exists("Missing"));
-}
-
-TEST_F(Profile, BatchLeavesTheSameBytesAsSingleWrites) {
-    const std::string start = "; made by hand\n"
-                              "[Basic settings]\r\n"
-                              "AantalFiles=2\n"
-                              "dirfrom=C:\\Data\\\r\n"
-                              "\r\n"
-                              "[Backupfiles]\r\n"
-                              "BackUpfile1=C:\\Data\\a.mdb\r\n"
-                              "junk without equals sign\r\n"
-                              "BackUpfile2=C:\\Data\\b.mdb";
-    std::vector<std::array<std::string, 3>> writes = {
-        {"Basic settings", "AantalFiles", "4"},
-        {"Backupfiles", "backupfile2", "C:\\Data\\B.mdb"},
-        {"Backupfiles", "BackUpfile3", "C:\\Data\\c.mdb"},
-        {"Backupfiles", "BackUpfile4", "C:\\Data\\d.mdb"},
-        {"Basic settings", "dirfrom", "C:\\Data"},
-        {"Basic settings", "LastBackup", "17-11-2026"},
-        {"Backupfiles", "BackUpfile3", "C:\\Data\\c2.mdb"},
-        {"Backupfiles", "BackUpfile1", "C:\\Data\\a.mdb"},
-        {"Nieuw", "Sleutel", "waarde"},
-    };
-    auto write = [&](std::size_t i, const std::string& file) {
-        return store.writeString(writes[i][0], writes[i][1], writes[i][2], file);
-    };
-    for (const std::string name : {"existing", "created"}) {
-        SCOPED_TRACE(name);
-        std::string single = dir.drive(name + "-single.ini");
-        std::string batched = dir.drive(name + "-batched.ini");
-        if (name == "existing") {
-            dir.write(name + "-single.ini", start);
-            dir.write(name + "-batched.ini", start);
-        }
-        for (std::size_t i = 0; i < writes.size(); ++i)
-            EXPECT_TRUE(write(i, single));
-        {
-            nv::ProfileBatch outer(store);
-            {
-                nv::ProfileBatch inner(store);
-                for (std::size_t i = 0; i < 3; ++i)
-                    write(i, batched);
-            }
-            for (std::size_t i = 3; i < writes.size(); ++i)
-                write(i, batched);
-            // Reads inside the batch see what it will store.
-            EXPECT_EQ(get("Backupfiles", "BackUpfile3", batched), "C:\\Data\\c2.mdb");
-            EXPECT_EQ(get("nieuw", "sleutel", batched), "waarde");
-        }
-        EXPECT_EQ(dir.read(name + "-batched.ini"), dir.read(name + "-single.ini"));
-        EXPECT_EQ(get("Backupfiles", "BackUpfile4", batched), "C:\\Data\\d.mdb");
-    }
 }
 
 } // namespace

@@ -71,13 +71,9 @@ TEST(ProfileText, StoresChangeOnlyTheirOwnLine) {
          "[S]\nAANTAL =7\r\nB=2\n", true},
         {"the same value again", "[S]\r\nA=1\r\n", "S", "A", "1", "[S]\r\nA=1\r\n", false},
         {"the same value, another line end", "[S]\r\nA=1\n", "S", "A", "1", "[S]\r\nA=1\r\n", true},
-        {"a new key before the blank lines", "[S]\r\nA=1\r\n\r\n[T]\r\n", "S", "B", "2",
-         "[S]\r\nA=1\r\nB=2\r\n\r\n[T]\r\n", true},
         {"a new key under a bare header", "[S]", "S", "A", "1", "[S]\r\nA=1\r\n", true},
         {"a new section after a last line without end", "[S]\r\nA=1", "T", "B", "",
          "[S]\r\nA=1\r\n[T]\r\nB=\r\n", true},
-        {"a new section in an empty file", "", "Basic settings", "LastBackup", "17-11-2026",
-         "[Basic settings]\r\nLastBackup=17-11-2026\r\n", true},
         {"a value that breaks its line", "[S]\r\nA=1\r\n", "S", "A", "x\r\n[T]",
          "[S]\r\nA=x\r\n[T]\r\n", true},
     };

@@ -1,4 +1,4 @@
-#include "platform/Wildcard.h"
+#include "platform/CaseFold.h"
 #include "production/KnownFile.h"
 #include "startup/AppSettings.h"
 #include "startup/Paths.h"

@@ -1,4 +1,4 @@
-#include "platform/NativeForm.h"
+#include "platform/DriveFormConversion.h"
 #include "production/KnownFile.h"
 #include "startup/AppSettings.h"
 #include "support/TestMachine.h"
@@ -22,8 +22,7 @@ TEST(ProgramFilesOnLinux, AnInstallUnderOptWorksInTheXdgFolders) {
     if (ec || ::access(install.c_str(), W_OK) != 0)
         GTEST_SKIP() << "/opt cannot be written here";
     nvtest::TestMachine machine;
-    machine.platform.folders = nativePlatform().folders;
-    platform() = machine.platform;
+    ScopedPlatformPart<SpecialFolders> folders(&Platform::folders, nativePlatform().folders);
     const std::string config = machine.temp.native("config").string();
     const std::string data = machine.temp.native("data").string();
     ::setenv("XDG_CONFIG_HOME", config.c_str(), 1);

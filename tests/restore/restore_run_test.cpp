@@ -1,5 +1,4 @@
 #include "platform/FileFailure.h"
-#include "restore/Glide.h"
 #include "restore/RestoreRun.h"
 #include "support/FaultyMedium.h"
 #include "support/TestMachine.h"
@@ -114,8 +113,7 @@ TEST_F(RestoreRun, ACopyThatReadsBackOtherwiseLeavesTheProductionFileAsItWas) {
             if (copy.destination.ends_with("stockA.NVD"))
                 nvtest::FaultyMedium::flipByte(copy.temporary, 5000);
     };
-    machine.platform.files = &medium;
-    platform() = machine.platform;
+    ScopedPlatformPart<FileSystem> useMedium{&Platform::files, &medium};
     try {
         restoreFrom("Flat");
         FAIL() << "the copy that read back otherwise should fail";
@@ -137,14 +135,6 @@ TEST_F(RestoreRun, ACopyThatReadsBackOtherwiseLeavesTheProductionFileAsItWas) {
         left.push_back(entry.path().filename().string());
     std::sort(left.begin(), left.end());
     EXPECT_EQ(left, (std::vector<std::string>{"NV.ini", "stockA.NVD"}));
-}
-
-TEST(Glide, StepsRoundHalfToEvenAndLeaveTheRestForTheLastJump) {
-    const int cases[][2] = {{-9240, -9}, {2160, 2},   {500, 0},   {1500, 2},
-                            {2500, 2},   {-2500, -2}, {-3500, -4}};
-    for (const auto& [distance, step] : cases)
-        EXPECT_EQ(fGlideStep(distance), step) << distance;
-    EXPECT_EQ(fRoundHalfEven(40000.0), 32767);
 }
 
 } // namespace

@@ -43,25 +43,6 @@ TEST_F(SettingsTest, LineBreaksInAValueBecomeBlanksInTheCallersString) {
     EXPECT_EQ(file(), crlf("[Backupfiles]\nBackUpfile1=regel een  regel twee \n"));
 }
 
-TEST(FileOfPath, TakesTheLastComponentAndOneTrailingBackslash) {
-    struct Case {
-        const char* path;
-        const char* name;
-        const char* after;
-    };
-    for (const Case& c : {Case{"C:\\a\\b.txt", "b.txt", "C:\\a\\b.txt"},
-                          {"b.txt", "b.txt", "b.txt"},
-                          {"C:\\a\\b\\", "b", "C:\\a\\b"},
-                          {"C:\\", "C:", "C:"},
-                          {"C:\\a\\\\", "", "C:\\a\\"}}) {
-        std::string path = c.path;
-        EXPECT_EQ(fFileOfPath(path), c.name) << c.path;
-        EXPECT_EQ(path, c.after);
-    }
-    for (std::string path : {"", "\\"})
-        EXPECT_THROW(fFileOfPath(path), FileFailure) << path;
-}
-
 TEST(MakeTree, MakesMissingLevelsAndStopsWithOneBoxAtWhatBlocksThem) {
     nvtest::TestMachine machine;
     auto& t = machine.temp;

@@ -9,6 +9,8 @@ namespace nvtest {
 class TempFolder {
 public:
     TempFolder();
+    // Below another folder than the system's temporary one.
+    explicit TempFolder(const std::filesystem::path& under);
     ~TempFolder();
     TempFolder(const TempFolder&) = delete;
     TempFolder& operator=(const TempFolder&) = delete;

@@ -1,7 +1,7 @@
 #include "support/TestMachine.h"
 
 #include "platform/DateText.h"
-#include "platform/NativeForm.h"
+#include "platform/DriveFormConversion.h"
 #include "startup/AppSettings.h"
 
 #include <fstream>
@@ -28,22 +28,21 @@ void RecordingShell::open(const std::string& path) {
     contents.emplace_back(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
 }
 
-TestMachine::TestMachine() : saved_(nv::platform()) {
+TestMachine::TestMachine() : platform(withTestPieces()), installed_(platform) {
     clock.date = nv::dateFromCivil({2026, 11, 17});
-    platform = nv::nativePlatform();
-    platform.boxes = &boxes;
-    platform.clock = &clock;
-    platform.folders = &folders;
-    platform.process = &process;
-    platform.shell = &shell;
-    platform.dialogs = &dialogs;
-    nv::platform() = platform;
     nv::AppSettings = nv::AppSettingsRecord{};
     nv::App = nv::AppRecord{};
 }
 
-TestMachine::~TestMachine() {
-    nv::platform() = saved_;
+nv::Platform TestMachine::withTestPieces() {
+    nv::Platform p = nv::nativePlatform();
+    p.boxes = &boxes;
+    p.clock = &clock;
+    p.folders = &folders;
+    p.process = &process;
+    p.shell = &shell;
+    p.dialogs = &dialogs;
+    return p;
 }
 
 std::string crlf(const std::string& lines) {

@@ -77,7 +77,8 @@ public:
 class TestMachine {
 public:
     TestMachine();
-    ~TestMachine();
+    TestMachine(const TestMachine&) = delete;
+    TestMachine& operator=(const TestMachine&) = delete;
 
     TempFolder temp;
     ScriptedBoxes boxes;
@@ -86,10 +87,24 @@ public:
     FixedProcess process;
     RecordingShell shell;
     ScriptedDialogs dialogs;
-    nv::Platform platform;
+    // What was installed; a test puts its own piece in place with nv::ScopedPlatformPart.
+    const nv::Platform platform;
 
 private:
-    nv::Platform saved_;
+    nv::Platform withTestPieces();
+    nv::ScopedPlatform installed_;
+};
+
+// The native platform of this build over a fresh temporary folder, installed for its lifetime;
+// for the benchmarks, which put their own pieces in place with nv::ScopedPlatformPart.
+class NativeMachine {
+public:
+    NativeMachine() : installed_(nv::nativePlatform()) {}
+
+    TempFolder temp;
+
+private:
+    nv::ScopedPlatform installed_;
 };
 
 // The file text with CR LF line ends, from lines given with \n.

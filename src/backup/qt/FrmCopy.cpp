@@ -1,7 +1,7 @@
 #include "backup/qt/FrmCopy.h"
 
+#include "platform/DriveFormConversion.h"
 #include "platform/FailureText.h"
-#include "platform/NativeForm.h"
 #include "platform/qt/ControlNames.h"
 #include "platform/qt/Twips.h"
 #include "startup/AppSettings.h"

@@ -8,13 +8,12 @@
 
 namespace nv {
 
-class FrmMain;
-
-// The backup run's windows: the main window's status texts and folder list, and the progress
-// window, which exists from subShowCopyWindow to closeCopyWindow.
+// The backup run's progress window, which exists from subShowCopyWindow to closeCopyWindow and
+// stands over the owner, and the copies run off the window's thread. What the run shows in the
+// window that started it is the part of a subclass beside that window.
 class QtBackupWindows : public BackupWindows {
 public:
-    explicit QtBackupWindows(FrmMain& main) : main_(main) {}
+    explicit QtBackupWindows(QWidget& owner) : owner_(owner) {}
     ~QtBackupWindows() override;
     QtBackupWindows(const QtBackupWindows&) = delete;
     QtBackupWindows& operator=(const QtBackupWindows&) = delete;
@@ -25,19 +24,15 @@ public:
     void setCopyText(const std::string& text) override;
     void closeCopyWindow() override;
 
-    void setStatusText(const std::string& text) override;
-    void RefreshStatus() override;
-    void refreshTargetDirectories() override;
-
     // Runs work on a worker thread. Meanwhile this thread keeps the clip moving and repaints,
-    // but serves no user input and holds the drive watch; what work throws is thrown here.
+    // but serves no user input; what work throws is thrown here.
     void runCopy(const std::function<void()>& work) override;
 
     // The progress window while it stands, else null.
     FrmCopy* copyWindow() const { return copy_.data(); }
 
 private:
-    FrmMain& main_;
+    QWidget& owner_;
     QPointer<FrmCopy> copy_;
 };
 

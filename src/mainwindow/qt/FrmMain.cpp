@@ -1,25 +1,21 @@
+// The main window: its controls and menus, its load, its size and the commands of its menus.
 #include "mainwindow/qt/FrmMain.h"
 
 #include "backup/BackupRun.h"
-#include "backup/qt/QtBackupWindows.h"
 #include "mainwindow/StatusTexts.h"
-#include "mainwindow/qt/ShapeControl.h"
+#include "mainwindow/qt/FrmMainBackupWindows.h"
+#include "mainwindow/qt/MainWindowKit.h"
 #include "mainwindow/qt/TargetLists.h"
-#include "platform/DateText.h"
 #include "platform/FailureText.h"
 #include "platform/FileFailure.h"
-#include "platform/Platform.h"
 #include "platform/qt/ControlNames.h"
 #include "platform/qt/Twips.h"
 #include "platform/qt/WrappingButton.h"
 #include "sidewindows/qt/FrmAbout.h"
 #include "startup/AppSettings.h"
 #include "startup/MsgBox.h"
-#include "startup/Settings.h"
 
-#include "platform/ProfileStore.h"
-
-#include <QApplication>
+#include <QCoreApplication>
 #include <QGroupBox>
 #include <QKeyEvent>
 #include <QLabel>
@@ -31,7 +27,6 @@
 #include <QStatusBar>
 #include <QTimer>
 #include <QVBoxLayout>
-#include <algorithm>
 #include <functional>
 
 namespace nv {
@@ -39,23 +34,10 @@ namespace nv {
 namespace {
 
 constexpr int kMinimumHeight = 9000;
-// AantalFiles is a signed 16-bit count.
-constexpr int kMaximumRows = 32767;
 const QColor kRed(255, 0, 0);
 // A red and a scroll-bar grey dark and light enough to read: 4.9 to 1.
 const QColor kLineRed(192, 0, 0);
 const QColor kScrollBarFace(224, 224, 224);
-
-QString fromStd(const std::string& text) {
-    return QString::fromStdString(text);
-}
-
-QFont sansFont(double points, bool bold = false) {
-    QFont font = QApplication::font();
-    font.setPointSizeF(points);
-    font.setBold(bold);
-    return font;
-}
 
 void colourText(QWidget* widget, const QColor& colour) {
     QPalette palette = widget->palette();
@@ -95,7 +77,7 @@ FrmMain::FrmMain(QWidget* parent) : QMainWindow(parent) {
     setCentralWidget(central);
 
     buildControls(canvas);
-    buildWizardPanel();
+    buildWizardPanel(canvas);
     buildMenus();
     buildStatusBar();
     setTabOrder();
@@ -171,12 +153,6 @@ void FrmMain::buildControls(QWidget* canvas) {
                         twipsRect(240, 7080, 2175, 495), true);
     CmdRestore->hide();
 
-    Shape1 = named(new ShapeControl(canvas), "Shape1", "Markering");
-    Shape1->setTwips(9240, 1080, 975, 975);
-    Shape1->hide();
-    // Painted on the window's surface, under the controls.
-    Shape1->lower();
-
     connect(Cmd_Backup, &QPushButton::clicked, this, &FrmMain::Cmd_Backup_Click);
     connect(CmdSelectFiles, &QPushButton::clicked, this, &FrmMain::CmdSelectFiles_Click);
     connect(CmdVerwijder, &QPushButton::clicked, this, &FrmMain::CmdVerwijder_Click);
@@ -219,37 +195,6 @@ void FrmMain::buildMenus() {
     connect(MoAbout, &QAction::triggered, this, &FrmMain::MoAbout_Click, later);
 }
 
-void FrmMain::buildStatusBar() {
-    StatusBar = statusBar();
-    StatusBar->setObjectName("StatusBar");
-    StatusBar->setAccessibleName("Statusbalk");
-    StatusBar->setSizeGripEnabled(true);
-    StatusBar->setMinimumHeight(twips(375));
-    const int widths[4] = {4000, 2000, 1440, 1440};
-    const char* names[4] = {"StatusBar_Panel1", "StatusBar_Panel2", "StatusBar_Panel3",
-                            "StatusBar_Panel4"};
-    for (int i = 0; i < 4; ++i) {
-        panels_[i] = new QLabel(StatusBar);
-        panels_[i]->setObjectName(names[i]);
-        panels_[i]->setFixedWidth(twips(widths[i]));
-        panels_[i]->setFrameStyle(QFrame::Panel | QFrame::Sunken);
-        StatusBar->addWidget(panels_[i]);
-    }
-    // Panels 3 and 4 are the status bar's own clock and date.
-    clock_ = new QTimer(this);
-    clock_->setInterval(1000);
-    connect(clock_, &QTimer::timeout, this, &FrmMain::tickClock);
-    clock_->start();
-    tickClock();
-}
-
-void FrmMain::tickClock() {
-    Moment now = platform().clock->now();
-    Date today = static_cast<Date>(now >= 0 ? now / kMsPerDay : (now - kMsPerDay + 1) / kMsPerDay);
-    setPanelText(3, fromStd(shortTimeText(now)));
-    setPanelText(4, fromStd(shortDateText(today)));
-}
-
 void FrmMain::setTabOrder() {
     QWidget* order[] = {Cmd_Backup,        CmdSelectFiles,   LstSelectedFiles, CmdVerwijder,
                         TxtLastBackup,     CmdVervers,       CmdDeleteDir,     CmdRestore,
@@ -257,16 +202,6 @@ void FrmMain::setTabOrder() {
                         TargetDirectories, TargetFileLst};
     for (std::size_t i = 1; i < std::size(order); ++i)
         QWidget::setTabOrder(order[i - 1], order[i]);
-}
-
-QString FrmMain::panelText(int panel) const {
-    return panels_[panel - 1]->text();
-}
-
-void FrmMain::setPanelText(int panel, const QString& text) {
-    // The clock sets its panel every second; a text that stays the same is no repaint.
-    if (panels_[panel - 1]->text() != text)
-        panels_[panel - 1]->setText(text);
 }
 
 int FrmMain::heightTwips() const {
@@ -326,25 +261,6 @@ void FrmMain::Form_Resize() {
         setHeightTwips(kMinimumHeight);
 }
 
-void FrmMain::RefreshStatus() {
-    auto& s = AppSettings;
-    TxtLastBackup->setText(fromStd(fLastBackupText(platform().clock->today(), s.LastBackup)));
-    s.AantalFiles = static_cast<int16_t>(LstSelectedFiles->count());
-    setPanelText(1, "Aantal files: " + QString::number(s.AantalFiles));
-    Lbl_InhoudDir->setText("Bestanden in de map " + TargetDirectories->path());
-}
-
-void FrmMain::subButtons(bool blnEnable) {
-    Cmd_Backup->setEnabled(blnEnable);
-    CmdDeleteDir->setEnabled(blnEnable);
-    CmdSelectFiles->setEnabled(blnEnable);
-    CmdVerwijder->setEnabled(blnEnable);
-    CmdVervers->setVisible(!blnEnable);
-    moBackUp->setEnabled(blnEnable);
-    moRestore->setEnabled(blnEnable);
-    CmdRestore->setVisible(blnEnable);
-}
-
 void FrmMain::MoHelp_Click() {
     // The key does the work, so the menu item and F1 stay one and the same.
     QCoreApplication::postEvent(this, new QKeyEvent(QEvent::KeyPress, Qt::Key_F1, Qt::NoModifier));
@@ -361,181 +277,8 @@ void FrmMain::MoAbout_Click() {
 }
 
 void FrmMain::Cmd_Backup_Click() {
-    QtBackupWindows windows(*this);
+    FrmMainBackupWindows windows(*this);
     nv::Cmd_Backup_Click(windows, intLoop, strBackupFolder);
-}
-
-void FrmMain::CmdSelectFiles_Click() {
-    auto& s = AppSettings;
-    std::string FileName = platform().dialogs->showOpen("Files voor BackUp", s.dirfrom);
-    if (!FileName.empty() && LstSelectedFiles->count() >= kMaximumRows) {
-        MsgBox("De lijst bevat al " + std::to_string(kMaximumRows) +
-                   " bestanden, meer kunnen er niet in",
-               Buttons::OK, Icon::Exclamation, DefaultButton::First, "Voeg bestand toe");
-        FileName.clear();
-    }
-    if (!FileName.empty()) {
-        LstSelectedFiles->addItem(fromStd(FileName));
-        std::string FileTitle = FileName.substr(FileName.find_last_of('\\') + 1);
-        std::size_t found = FileName.find(FileTitle);
-        // The first occurrence decides, as C:\kas\kas gives C:; the title always occurs.
-        if (found != std::string::npos && found >= 1)
-            s.dirfrom = FileName.substr(0, found - 1);
-    }
-    RefreshStatus();
-    INIbijwerken();
-}
-
-void FrmMain::CmdVerwijder_Click() {
-    QListWidgetItem* current = LstSelectedFiles->currentItem();
-    QString text = current ? current->text() : QString();
-    if (text.isEmpty()) {
-        MsgBox("Selecteer eerst het te verwijderen bestand uit de lijst", Buttons::OK, Icon::None,
-               DefaultButton::First, "Verwijderen bestanden");
-        return;
-    }
-    std::string question = "Wilt u het bestand " + text.toStdString() +
-                           " niet meer meenemen in de backup?\r\n\r\nHet bestand blijft wel "
-                           "gewoon bewaard maar loopt niet meer mee in de automatische backup";
-    intRemoveRow = static_cast<int16_t>(LstSelectedFiles->currentRow());
-    if (MsgBox(question, Buttons::YesNo, Icon::Question, DefaultButton::First, "Backup files") !=
-        Answer::Yes)
-        return;
-    delete LstSelectedFiles->takeItem(intRemoveRow);
-    RefreshStatus();
-    INIbijwerken();
-}
-
-void FrmMain::LstSelectedFiles_KeyDown(int KeyCode, int Shift) {
-    if (KeyCode != 65 || Shift != 2)
-        return;
-    for (int i = 0; i < LstSelectedFiles->count(); ++i)
-        LstSelectedFiles->item(i)->setSelected(true);
-}
-
-void FrmMain::INIbijwerken() {
-    auto& s = AppSettings;
-    // One pass over the file for the whole list, which may hold 32,767 rows.
-    ProfileBatch batch(*platform().profiles);
-    s.strFiles.assign(static_cast<std::size_t>(std::max<int>(s.AantalFiles, 0)) + 1, "");
-    // The counter is 16 bits wide, so a loop on it alone would never pass 32,767.
-    for (int n = 1; n <= s.AantalFiles; ++n) {
-        intLoop = static_cast<int16_t>(n);
-        std::string value = LstSelectedFiles->item(n - 1)->text().toStdString();
-        subWriteIni(s.strIniFile, kSectionFiles, "BackUpfile" + std::to_string(n), value);
-        s.strFiles[static_cast<std::size_t>(n)] = value;
-    }
-    subWriteIni(s.strIniFile, kSectionBasic, "dirfrom", s.dirfrom);
-    subWriteIni(s.strIniFile, kSectionBasic, "AantalFiles", std::to_string(s.AantalFiles));
-}
-
-void FrmMain::openTargetDrive() {
-    auto& s = AppSettings;
-    s.DriveTarget = TargetDrive->drive().left(2).toStdString();
-    TargetDirectories->setPath(fromStd(s.DriveTarget + "\\"));
-    subWriteIni(s.strIniFile, kSectionBasic, "DriveTarget", s.DriveTarget);
-    LblStation->setText("");
-    subButtons(true);
-}
-
-void FrmMain::TargetDrive_Change() {
-    try {
-        openTargetDrive();
-    } catch (const FileFailure&) {
-        LblStation->setText("Station niet aangesloten of er zit geen kaart of data stick in. Sluit "
-                            "het station aan en druk op 'Ververs'\r\n");
-        subButtons(false);
-        Timer1->start();
-    }
-}
-
-void FrmMain::CmdVervers_Click() {
-    try {
-        openTargetDrive();
-    } catch (const FileFailure&) {
-        // "Ververs" alone stays silent when the drive is still not there.
-    }
-}
-
-void FrmMain::Timer1_Timer() {
-    auto& s = AppSettings;
-    try {
-        // The probe and the compare use the letters alone: a volume label behind them is no path.
-        // The probe asks whether the drive can be reached, not for a name from its root, which
-        // may hold thousands of files and is read again every second.
-        QString drive = TargetDrive->drive().left(2);
-        if (drive.size() < 2 || !platform().drives->ready(static_cast<char>(drive[0].toLatin1())))
-            throw fileFailure(kFailDeviceUnavailable);
-        bool same = fromStd(s.DriveTarget) == drive;
-        if (blnDriveLost) {
-            TargetDrive->setDrive(fromStd(s.DriveTarget));
-            if (same)
-                TargetDrive_Change();
-            blnDriveLost = false;
-        }
-    } catch (const FileFailure&) {
-        if (LblStation->text().isEmpty())
-            LblStation->setText("U heeft het station " + TargetDrive->drive() +
-                                " ontkoppeld, sluit deze weer aan\r\n");
-        QString caption = LblStation->text();
-        if (caption.endsWith(" . . ."))
-            caption.chop(6);
-        else
-            caption += " .";
-        LblStation->setText(caption);
-        blnDriveLost = true;
-    }
-}
-
-void FrmMain::CmdDeleteDir_Click() {
-    const std::string several = "U heeft meerdere directories in deze file staan, u dient deze "
-                                "\u00e9\u00e9n voor \u00e9\u00e9n te verwijderen";
-    std::string path = TargetDirectories->path().toStdString();
-    if (TargetDirectories->path().size() < 4) {
-        MsgBox("Kan de gehele schijf niet verwijderen", Buttons::OK, Icon::None);
-    } else if (MsgBox("Wilt u de map " + path + " verwijderen?", Buttons::YesNo, Icon::Question,
-                      DefaultButton::First, "Verwijderen Map") == Answer::Yes) {
-        try {
-            platform().files->deleteByPattern(path + "\\*.*");
-            setPanelText(1, "Files verwijderd");
-            platform().files->removeFolder(path);
-        } catch (const FileFailure&) {
-            MsgBox(several, Buttons::OK, Icon::None);
-        }
-    }
-    try {
-        TargetDirectories->setPath(fromStd(AppSettings.DriveTarget + "\\"));
-        TargetDirectories->Refresh();
-        RefreshStatus();
-    } catch (const FileFailure&) {
-        MsgBox(several, Buttons::OK, Icon::None);
-    }
-}
-
-void FrmMain::TargetDirectories_Change() {
-    QString path = TargetDirectories->path();
-    TargetFileLst->setPath(path);
-    if (path.size() > 3) {
-        CmdDeleteDir->setVisible(true);
-        CmdDeleteDir->setText("Verwijder " + path);
-    } else {
-        CmdDeleteDir->setVisible(false);
-    }
-    Lbl_InhoudDir->setText("Bestanden in de map " + path);
-}
-
-bool FrmMain::eventFilter(QObject* watched, QEvent* event) {
-    if (watched == LstSelectedFiles && event->type() == QEvent::KeyPress) {
-        auto* key = static_cast<QKeyEvent*>(event);
-        Qt::KeyboardModifiers mods = key->modifiers() & ~Qt::KeypadModifier;
-        int shift = (mods & Qt::ShiftModifier ? 1 : 0) | (mods & Qt::ControlModifier ? 2 : 0) |
-                    (mods & Qt::AltModifier ? 4 : 0);
-        LstSelectedFiles_KeyDown(key->key() == Qt::Key_A ? 65 : key->key(), shift);
-        // The list's own select-all is the same key; one of the two is enough.
-        if (key->key() == Qt::Key_A && shift == 2)
-            return true;
-    }
-    return QMainWindow::eventFilter(watched, event);
 }
 
 void FrmMain::resizeEvent(QResizeEvent* event) {

@@ -109,7 +109,7 @@ private:
     // The steps of a drive change; throws FileFailure at the first that fails.
     void openTargetDrive();
     void buildControls(QWidget* canvas);
-    void buildWizardPanel();
+    void buildWizardPanel(QWidget* canvas);
     // The step of the wizard that subRestoreWizard enters; throws on a failure.
     void enterWizardStep();
     // The window's Top and Height in twips, as the wizard moves and grows it.

@@ -1,7 +1,9 @@
 #include "mainwindow/qt/TargetLists.h"
 
+#include "mainwindow/qt/MainWindowKit.h"
 #include "platform/FailureText.h"
 #include "platform/Platform.h"
+#include "startup/FileOps.h"
 
 #include <QKeyEvent>
 #include <QStyle>
@@ -10,10 +12,6 @@
 namespace nv {
 
 namespace {
-
-QString fromStd(const std::string& text) {
-    return QString::fromStdString(text);
-}
 
 // "E:\Data\" and "E:\Data" are one folder; a root keeps its backslash.
 QString withoutTrailingBackslash(QString path) {
@@ -113,7 +111,7 @@ void DirListBox::openLater(const QString& folder) {
 
 void DirListBox::setPath(const QString& path) {
     QString folder = withoutTrailingBackslash(path);
-    auto folders = platform().files->listFolders(folder.toStdString());
+    auto folders = fListFolders(folder.toStdString());
     bool changed = folder != path_;
     show(folder, folders);
     if (changed && Change)
@@ -123,7 +121,7 @@ void DirListBox::setPath(const QString& path) {
 void DirListBox::Refresh() {
     if (path_.isEmpty())
         return;
-    show(path_, platform().files->listFolders(path_.toStdString()));
+    show(path_, fListFolders(path_.toStdString()));
 }
 
 void DirListBox::show(const QString& path, const std::vector<std::string>& folders) {
@@ -157,7 +155,7 @@ FileListBox::FileListBox(QWidget* parent) : QListWidget(parent) {
 
 void FileListBox::setPath(const QString& path) {
     QString folder = withoutTrailingBackslash(path);
-    auto names = platform().files->listFiles(folder.toStdString(), "*.*");
+    auto names = fListFiles(folder.toStdString(), "*.*");
     path_ = folder;
     clear();
     for (const std::string& name : names)

@@ -1,6 +1,6 @@
 #include "platform/posix/FolderIndex.h"
 
-#include "platform/Wildcard.h"
+#include "platform/CaseFold.h"
 
 #include <algorithm>
 #include <cerrno>

@@ -1,5 +1,6 @@
 #include "platform/posix/PosixFileSystem.h"
 
+#include "platform/CaseFold.h"
 #include "platform/ContentDigest.h"
 #include "platform/FailureText.h"
 #include "platform/Wildcard.h"

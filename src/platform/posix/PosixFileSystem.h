@@ -2,9 +2,10 @@
 
 #include "platform/FileSystem.h"
 #include "platform/posix/DriveTable.h"
+#include "platform/posix/ErrnoFailures.h"
 #include "platform/posix/FolderIndex.h"
-#include "platform/posix/NativePath.h"
 #include "platform/posix/PosixIo.h"
+#include "platform/posix/PosixPathResolution.h"
 
 #include <cstdint>
 #include <map>

@@ -2,8 +2,9 @@
 
 #include "platform/Cp1252.h"
 #include "platform/ProfileText.h"
-#include "platform/posix/NativePath.h"
+#include "platform/posix/DriveTable.h"
 #include "platform/posix/PosixIo.h"
+#include "platform/posix/PosixPathResolution.h"
 
 #include <cerrno>
 #include <cstdint>

@@ -1,16 +1,14 @@
 #include "platform/qt/HelpKey.h"
 
-#include "platform/Platform.h"
-#include "startup/AppSettings.h"
-
 #include <QKeyEvent>
 
 namespace nv {
 
 bool HelpKey::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_F1) {
-        if (platform().shell && !App.HelpFile.empty())
-            platform().shell->open(App.HelpFile);
+        std::string file = helpFile_();
+        if (!file.empty())
+            open_(file);
         return true;
     }
     return QObject::eventFilter(watched, event);

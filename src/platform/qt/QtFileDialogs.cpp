@@ -1,7 +1,7 @@
 #include "platform/qt/QtFileDialogs.h"
 
+#include "platform/DriveFormConversion.h"
 #include "platform/FileFailure.h"
-#include "platform/NativeForm.h"
 
 #include <QFileDialog>
 

@@ -1,7 +1,7 @@
 #include "platform/qt/QtShell.h"
 
+#include "platform/DriveFormConversion.h"
 #include "platform/FileFailure.h"
-#include "platform/NativeForm.h"
 
 #include <QDesktopServices>
 #include <QFile>

@@ -1,8 +1,10 @@
 #include "platform/win32/Win32FileSystem.h"
 
+#include "platform/CaseFold.h"
 #include "platform/ContentDigest.h"
 #include "platform/FailureText.h"
 #include "platform/Wildcard.h"
+#include "platform/win32/Win32ErrorFailures.h"
 #include "platform/win32/Win32Text.h"
 
 #include <windows.h>

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "platform/FileFailure.h"
-
 #include <string>
 
 namespace nv::win32 {
@@ -14,13 +12,6 @@ std::string utf8FromAnsi(const std::string& text);
 
 // A drive-form path as the W functions take it: '/' becomes '\'. Empty is a bad name (52).
 std::wstring widePath(const std::string& drivePath);
-
-// The failure number of a Windows error code.
-int32_t failureNumber(unsigned long error);
-// The failure for an error of an operation on path: a "not found" on a drive that does not
-// exist is an unavailable device (68).
-FileFailure failureFor(unsigned long error, const std::wstring& path);
-[[noreturn]] void throwFailure(unsigned long error, const std::wstring& path);
 
 // True when path starts with a drive letter that this machine does not have.
 bool driveMissing(const std::wstring& path);

@@ -1,6 +1,6 @@
 #include "backup/qt/FrmCopy.h"
-#include "backup/qt/QtBackupWindows.h"
 #include "mainwindow/qt/FrmMain.h"
+#include "mainwindow/qt/FrmMainBackupWindows.h"
 #include "platform/FailureText.h"
 #include "platform/qt/Twips.h"
 #include "support/FailureOf.h"
@@ -27,8 +27,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-const fs::path kShippedClip =
-    fs::path(__FILE__).parent_path() / "../../../assets/install/FILECOPY.GIF";
+const fs::path kShippedClip = fs::path(NV_SOURCE_DIR) / "assets/install/FILECOPY.GIF";
 
 // The program runs from a folder of its own, with the clip beside it.
 class CopyWindowTest : public ::testing::Test {
@@ -42,7 +41,7 @@ protected:
 
     nvtest::TestMachine machine;
     FrmMain main;
-    QtBackupWindows windows{main};
+    FrmMainBackupWindows windows{main};
 };
 
 TEST_F(CopyWindowTest, AtLoadTheWindowShowsItsTextsAndPlaysTheClipFoundInAnyLetters) {

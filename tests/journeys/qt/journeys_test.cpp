@@ -25,7 +25,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-const fs::path kClip = fs::path(__FILE__).parent_path() / "../../../assets/install/FILECOPY.GIF";
+const fs::path kClip = fs::path(NV_SOURCE_DIR) / "assets/install/FILECOPY.GIF";
 const char* const kProduction[] = {"NV_Ledger01.mdb", "NV_Lists97.mdb", "panels.ini",
                                    "NV.ini",          "NV_Entity.NVD",  "Nota.ini",
                                    "Refresh.ini",     "NV_stock.NVD"};

@@ -1,7 +1,6 @@
 #include "mainwindow/qt/FrmMain.h"
 #include "mainwindow/qt/StartWindows.h"
 #include "mainwindow/qt/TargetLists.h"
-#include "platform/qt/HelpKey.h"
 #include "production/KnownFile.h"
 #include "startup/Settings.h"
 #include "support/ProgramFolder.h"
@@ -110,21 +109,6 @@ TEST_F(FrmMainTest, ATargetDriveAbsentAtStartOrPulledLaterIsWatchedUntilItComesB
     EXPECT_FALSE(window.blnDriveLost);
     EXPECT_EQ(window.LblStation->text(), "");
     EXPECT_EQ(window.TargetDirectories->count(), 2);
-}
-
-TEST_F(FrmMainTest, TheHelpMenuAndF1BothOpenTheHelpFile) {
-    App.HelpFile = "C:\\Program\\NV BU tool.chm";
-    HelpKey help;
-    qApp->installEventFilter(&help);
-    FrmMain window;
-    window.Form_Load();
-    window.show();
-    window.MoHelp->trigger();
-    QCoreApplication::processEvents();
-    QTest::keyClick(window.LstSelectedFiles, Qt::Key_F1);
-    QCoreApplication::processEvents();
-    qApp->removeEventFilter(&help);
-    EXPECT_EQ(machine.shell.opened, (std::vector<std::string>{App.HelpFile, App.HelpFile}));
 }
 
 TEST_F(FrmMainTest, ClosingTheMainWindowEndsTheProgramOnlyAfterTheSplash) {

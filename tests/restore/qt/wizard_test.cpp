@@ -1,7 +1,7 @@
 #include "mainwindow/qt/FrmMain.h"
-#include "mainwindow/qt/ShapeControl.h"
 #include "mainwindow/qt/TargetLists.h"
 #include "platform/qt/Twips.h"
+#include "restore/qt/ShapeControl.h"
 #include "support/ProgramFolder.h"
 
 #include <QAction>

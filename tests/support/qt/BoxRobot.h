@@ -31,11 +31,9 @@ public:
     };
 
     BoxRobot() {
-        nv::platform().boxes = &boxes_;
         QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] { look(); });
         timer_.start(5);
     }
-    ~BoxRobot() { nv::platform().boxes = saved_; }
 
     // The next box is answered with this button; "" takes its default button.
     void answer(const QString& buttonText) { answers_.push_back(buttonText); }
@@ -69,7 +67,7 @@ private:
     }
 
     nv::QtMessageBoxes boxes_;
-    nv::MessageBoxes* saved_ = nv::platform().boxes;
+    nv::ScopedPlatformPart<nv::MessageBoxes> installed_{&nv::Platform::boxes, &boxes_};
     QTimer timer_;
     QPointer<QMessageBox> answered_;
     std::deque<QString> answers_;

@@ -1,10 +1,9 @@
-#include "platform/posix/NativePath.h"
+#include "platform/posix/PosixPathResolution.h"
 
 #include "platform/FailureText.h"
 #include "platform/posix/FolderIndex.h"
 
 #include <cctype>
-#include <cerrno>
 #include <sys/stat.h>
 #include <vector>
 
@@ -72,51 +71,6 @@ std::string child(const std::string& folder, const std::string& name) {
 }
 
 } // namespace
-
-FileFailure failureFromErrno(int err, const std::string&) {
-    int32_t number;
-    switch (err) {
-    case ENOSPC:
-    case EDQUOT:
-        number = kFailTargetFull;
-        break;
-    case ENXIO:
-    case ENODEV:
-    case ENOMEDIUM:
-        number = kFailDeviceUnavailable;
-        break;
-    case EACCES:
-    case EPERM:
-    case EEXIST:
-    case EBUSY:
-    case ETXTBSY:
-    case ENOTEMPTY:
-    case EISDIR:
-        number = kFailAccessRefused;
-        break;
-    case ENOENT:
-    case ENOTDIR:
-    case EROFS:
-        number = kFailPathNotFound;
-        break;
-    case EIO:
-        number = kFailDeviceIo;
-        break;
-    case ENAMETOOLONG:
-    case EINVAL:
-    case ELOOP:
-        number = kFailBadFileName;
-        break;
-    default:
-        number = kFailGeneral;
-        break;
-    }
-    return fileFailure(number);
-}
-
-void throwErrno(int err, const std::string& drivePath) {
-    throw failureFromErrno(err, drivePath);
-}
 
 std::pair<std::string, std::string> splitLast(const std::string& drivePath) {
     std::size_t cut = drivePath.find_last_of("\\/");

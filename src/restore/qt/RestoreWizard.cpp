@@ -1,16 +1,17 @@
-// The restore wizard: a mode of the main window with its panel, its steps and the highlight.
+// The restore wizard: a mode of the main window with its panel, its steps and the highlight
+// that glides to what each step is about.
 #include "mainwindow/qt/FrmMain.h"
 
-#include "mainwindow/qt/ShapeControl.h"
+#include "mainwindow/qt/MainWindowKit.h"
 #include "mainwindow/qt/TargetLists.h"
 #include "platform/FileFailure.h"
 #include "platform/qt/ControlNames.h"
 #include "platform/qt/Twips.h"
 #include "restore/Glide.h"
 #include "restore/RestoreRun.h"
+#include "restore/qt/ShapeControl.h"
 #include "startup/MsgBox.h"
 
-#include <QApplication>
 #include <QGroupBox>
 #include <QLabel>
 #include <QListWidget>
@@ -21,13 +22,6 @@ namespace nv {
 namespace {
 
 constexpr int kWizardGrowth = 1305;
-
-QFont wizardFont(bool bold) {
-    QFont font = QApplication::font();
-    font.setPointSizeF(9.75);
-    font.setBold(bold);
-    return font;
-}
 
 // The list control as the restore run sees it.
 class ListOfRows : public RestoreList {
@@ -48,14 +42,20 @@ int16_t asInt16(int twipsValue) {
 
 } // namespace
 
-void FrmMain::buildWizardPanel() {
+void FrmMain::buildWizardPanel(QWidget* canvas) {
+    Shape1 = named(new ShapeControl(canvas), "Shape1", "Markering");
+    Shape1->setTwips(9240, 1080, 975, 975);
+    Shape1->hide();
+    // Painted on the window's surface, under the controls.
+    Shape1->lower();
+
     LblRestore[0] = named(new QLabel(PicRestore), "LblRestore_0", {});
     LblRestore[0]->setGeometry(twipsRect(120, 105, 9450, 435));
-    LblRestore[0]->setFont(wizardFont(true));
+    LblRestore[0]->setFont(sansFont(9.75, true));
     LblRestore[0]->setAlignment(Qt::AlignLeft | Qt::AlignTop);
     LblRestore[1] = named(new QLabel(PicRestore), "LblRestore_1", {});
     LblRestore[1]->setGeometry(twipsRect(120, 450, 9465, 1635));
-    LblRestore[1]->setFont(wizardFont(false));
+    LblRestore[1]->setFont(sansFont(9.75));
     LblRestore[1]->setFrameStyle(QFrame::Box | QFrame::Plain);
     LblRestore[1]->setAutoFillBackground(true);
     LblRestore[1]->setWordWrap(true);
@@ -69,7 +69,7 @@ void FrmMain::buildWizardPanel() {
     for (int i = 0; i < 3; ++i) {
         CmdWizRestore[i] = named(new QPushButton(captions[i], PicRestore), names[i], {});
         CmdWizRestore[i]->setGeometry(places[i]);
-        CmdWizRestore[i]->setFont(wizardFont(false));
+        CmdWizRestore[i]->setFont(sansFont(9.75));
         CmdWizRestore[i]->setAutoDefault(false);
         connect(CmdWizRestore[i], &QPushButton::clicked, this,
                 [this, i] { CmdWizRestore_Click(static_cast<int16_t>(i)); });

@@ -1,4 +1,4 @@
-#include "mainwindow/qt/ShapeControl.h"
+#include "restore/qt/ShapeControl.h"
 
 #include "platform/qt/Twips.h"
 

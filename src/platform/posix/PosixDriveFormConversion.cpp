@@ -1,8 +1,8 @@
-#include "platform/NativeForm.h"
+#include "platform/DriveFormConversion.h"
 
 #include "platform/Platform.h"
 #include "platform/posix/DriveTable.h"
-#include "platform/posix/NativePath.h"
+#include "platform/posix/PosixPathResolution.h"
 
 namespace nv {
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "platform/FileFailure.h"
 #include "platform/posix/DriveTable.h"
 
 #include <string>
@@ -35,9 +34,5 @@ std::string nativePath(DriveTable& drives, const std::string& drivePath);
 
 // Splits off the last component of a drive-form path: "C:\a\b.txt" -> {"C:\a", "b.txt"}.
 std::pair<std::string, std::string> splitLast(const std::string& drivePath);
-
-// Turns errno into the FileFailure of this project, with a short Dutch description.
-[[noreturn]] void throwErrno(int err, const std::string& drivePath);
-FileFailure failureFromErrno(int err, const std::string& drivePath);
 
 } // namespace nv

@@ -1,4 +1,4 @@
-#include "platform/NativeForm.h"
+#include "platform/DriveFormConversion.h"
 
 #include "platform/FailureText.h"
 #include "platform/win32/Win32Text.h"

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Takes the screenshots in docs/screenshots: the main window with the splash over it, the main
-# window alone and the About window, at 100 % and, in docs/screenshots/200, at 200 %.
+# window alone, the About window and the help window, at 100 % and, in docs/screenshots/200,
+# at 200 %.
 # Each scale runs on a throw-away demo install, a private X display and AT-SPI bus.
 # NV_PROGRAM=/path/to/norvale-backup takes that program instead of building the dev preset.
 set -euo pipefail
@@ -9,6 +10,8 @@ source scripts/lib/xsession.sh
 
 install_tools
 build_program
+
+help_title="Help - Norvale Backup"
 
 shoot() {
     local scale="$1" out="$2" dir="$work/scale$1" started main_id main splash_id splash id about
@@ -47,6 +50,16 @@ shoot() {
     read -r id about <<<"$(window_of other)"
     wait_for painted "$id"
     capture "$dir/about.miff" "$about" "$out/about.png"
+    atspi press "push button" OK
+    wait_for gone other
+
+    press_menu_item "Help F1" &
+    pids+=($!)
+    wait_for shown "$help_title"
+    read -r id help <<<"$(window_of "$help_title")"
+    wait_for painted "$id"
+    sleep 0.3
+    capture "$dir/help.miff" "$help" "$out/help.png"
     stop_all
 }
 

@@ -1,0 +1,102 @@
+// The backup list: adding and removing files, Ctrl+A, and writing the list to the settings.
+#include "mainwindow/qt/FrmMain.h"
+
+#include "mainwindow/qt/MainWindowKit.h"
+#include "platform/Platform.h"
+#include "platform/ProfileStore.h"
+#include "startup/AppSettings.h"
+#include "startup/MsgBox.h"
+#include "startup/Settings.h"
+
+#include <QKeyEvent>
+#include <QListWidget>
+#include <algorithm>
+
+namespace nv {
+
+namespace {
+
+// AantalFiles is a signed 16-bit count.
+constexpr int kMaximumRows = 32767;
+
+} // namespace
+
+void FrmMain::CmdSelectFiles_Click() {
+    auto& s = AppSettings;
+    std::string FileName = platform().dialogs->showOpen("Files voor BackUp", s.dirfrom);
+    if (!FileName.empty() && LstSelectedFiles->count() >= kMaximumRows) {
+        MsgBox("De lijst bevat al " + std::to_string(kMaximumRows) +
+                   " bestanden, meer kunnen er niet in",
+               Buttons::OK, Icon::Exclamation, DefaultButton::First, "Voeg bestand toe");
+        FileName.clear();
+    }
+    if (!FileName.empty()) {
+        LstSelectedFiles->addItem(fromStd(FileName));
+        std::string FileTitle = FileName.substr(FileName.find_last_of('\\') + 1);
+        std::size_t found = FileName.find(FileTitle);
+        // The first occurrence decides, as C:\kas\kas gives C:; the title always occurs.
+        if (found != std::string::npos && found >= 1)
+            s.dirfrom = FileName.substr(0, found - 1);
+    }
+    RefreshStatus();
+    INIbijwerken();
+}
+
+void FrmMain::CmdVerwijder_Click() {
+    QListWidgetItem* current = LstSelectedFiles->currentItem();
+    QString text = current ? current->text() : QString();
+    if (text.isEmpty()) {
+        MsgBox("Selecteer eerst het te verwijderen bestand uit de lijst", Buttons::OK, Icon::None,
+               DefaultButton::First, "Verwijderen bestanden");
+        return;
+    }
+    std::string question = "Wilt u het bestand " + text.toStdString() +
+                           " niet meer meenemen in de backup?\r\n\r\nHet bestand blijft wel "
+                           "gewoon bewaard maar loopt niet meer mee in de automatische backup";
+    intRemoveRow = static_cast<int16_t>(LstSelectedFiles->currentRow());
+    if (MsgBox(question, Buttons::YesNo, Icon::Question, DefaultButton::First, "Backup files") !=
+        Answer::Yes)
+        return;
+    delete LstSelectedFiles->takeItem(intRemoveRow);
+    RefreshStatus();
+    INIbijwerken();
+}
+
+void FrmMain::LstSelectedFiles_KeyDown(int KeyCode, int Shift) {
+    if (KeyCode != 65 || Shift != 2)
+        return;
+    for (int i = 0; i < LstSelectedFiles->count(); ++i)
+        LstSelectedFiles->item(i)->setSelected(true);
+}
+
+bool FrmMain::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == LstSelectedFiles && event->type() == QEvent::KeyPress) {
+        auto* key = static_cast<QKeyEvent*>(event);
+        Qt::KeyboardModifiers mods = key->modifiers() & ~Qt::KeypadModifier;
+        int shift = (mods & Qt::ShiftModifier ? 1 : 0) | (mods & Qt::ControlModifier ? 2 : 0) |
+                    (mods & Qt::AltModifier ? 4 : 0);
+        LstSelectedFiles_KeyDown(key->key() == Qt::Key_A ? 65 : key->key(), shift);
+        // The list's own select-all is the same key; one of the two is enough.
+        if (key->key() == Qt::Key_A && shift == 2)
+            return true;
+    }
+    return QMainWindow::eventFilter(watched, event);
+}
+
+void FrmMain::INIbijwerken() {
+    auto& s = AppSettings;
+    // One pass over the file for the whole list, which may hold 32,767 rows.
+    ProfileBatch batch(*platform().profiles);
+    s.strFiles.assign(static_cast<std::size_t>(std::max<int>(s.AantalFiles, 0)) + 1, "");
+    // The counter is 16 bits wide, so a loop on it alone would never pass 32,767.
+    for (int n = 1; n <= s.AantalFiles; ++n) {
+        intLoop = static_cast<int16_t>(n);
+        std::string value = LstSelectedFiles->item(n - 1)->text().toStdString();
+        subWriteIni(s.strIniFile, kSectionFiles, "BackUpfile" + std::to_string(n), value);
+        s.strFiles[static_cast<std::size_t>(n)] = value;
+    }
+    subWriteIni(s.strIniFile, kSectionBasic, "dirfrom", s.dirfrom);
+    subWriteIni(s.strIniFile, kSectionBasic, "AantalFiles", std::to_string(s.AantalFiles));
+}
+
+} // namespace nv
