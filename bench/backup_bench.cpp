@@ -1,6 +1,8 @@
 // Prints the throughput of the backup run's copies (temporary files put in place in groups: one
-// flush of their data, the renames, the flush of the folder) beside cp followed by sync, on the
-// same target: one 1 GiB file, and 2,000 files of 64 KiB. As root it also measures a tmpfs target.
+// flush of their data, the read-back of each from the medium, the renames, the flush of the
+// folder, and at the end the second look at every copy) beside the same copies without the
+// read-backs and beside cp followed by sync, on the same target: one 1 GiB file, and 2,000 files
+// of 64 KiB. As root it also measures a tmpfs target.
 //
 //     backup_bench [work folder]
 #include "backup/CopyBatch.h"
@@ -30,7 +32,7 @@ constexpr std::uintmax_t kMiB = 1 << 20;
 constexpr std::uintmax_t kLargeSize = 1024 * kMiB;
 constexpr int kSmallCount = 2000;
 constexpr std::size_t kSmallSize = 64 << 10;
-constexpr int kRounds = 5;
+constexpr int kRounds = 6;
 
 // Bytes that no file system can squeeze.
 void fill(std::vector<char>& buffer, std::uint64_t& state) {
@@ -90,34 +92,69 @@ std::string rounds(const std::vector<double>& values) {
 
 struct Figures {
     std::vector<double> ours;
+    std::vector<double> unread; // the same copies, not read back
     std::vector<double> cp;
 };
 
-// Copies through the run's own copy, and through cp and sync, into target; rounds alternate
-// which goes first.
+// The same groups as CopyBatch, without reading anything back: what the read-backs cost.
+void copyUnread(nv::FileSystem& files,
+                const std::vector<std::pair<std::string, std::string>>& copies,
+                const std::string& folder) {
+    std::vector<nv::StagedCopy> group;
+    std::uintmax_t bytes = 0;
+    auto commit = [&] {
+        files.flushStaged(group);
+        for (const nv::StagedCopy& copy : group)
+            files.placeStaged(copy);
+        files.flushFolder(folder);
+        group.clear();
+        bytes = 0;
+    };
+    for (const auto& [from, to] : copies) {
+        group.push_back(*files.stageCopy(from, to));
+        bytes += group.back().bytes;
+        if (group.size() >= nv::CopyBatch::kMaxFiles || bytes >= nv::CopyBatch::kMaxBytes)
+            commit();
+    }
+    if (!group.empty())
+        commit();
+}
+
+// Copies through the run's own copy, the same without its read-backs, and through cp and sync,
+// into target; rounds turn which goes first.
 Figures measure(const fs::path& sources, const fs::path& target, bool large) {
     const std::uintmax_t bytes = large ? kLargeSize : kSmallCount * kSmallSize;
-    std::vector<double> ours, cp;
+    std::vector<double> ours, unread, cp;
     for (int round = 0; round < kRounds; ++round) {
         fs::path mine = target / "ours";
         fs::path theirs = target / "cp";
+        std::string folder = nv::driveFormOf(mine.string());
+        std::vector<std::pair<std::string, std::string>> copies;
+        if (large) {
+            copies.emplace_back(nv::driveFormOf((sources / "big.bin").string()),
+                                folder + "\\big.bin");
+        } else {
+            std::string from = nv::driveFormOf((sources / "small").string()) + "\\";
+            for (int i = 0; i < kSmallCount; ++i) {
+                std::string name = "f" + std::to_string(i) + ".dat";
+                copies.emplace_back(from + name, folder + "\\" + name);
+            }
+        }
         auto runOurs = [&] {
             fs::create_directories(mine);
-            std::string folder = nv::driveFormOf(mine.string());
             ours.push_back(throughput(bytes, [&] {
-                nv::CopyBatch copies(*nv::platform().files);
-                if (large) {
-                    copies.copy(nv::driveFormOf((sources / "big.bin").string()),
-                                folder + "\\big.bin");
-                } else {
-                    std::string from = nv::driveFormOf((sources / "small").string()) + "\\";
-                    for (int i = 0; i < kSmallCount; ++i) {
-                        std::string name = "f" + std::to_string(i) + ".dat";
-                        copies.copy(from + name, folder + "\\" + name);
-                    }
-                }
-                copies.commit({folder});
+                nv::CopyBatch batch(*nv::platform().files);
+                for (const auto& [from, to] : copies)
+                    batch.copy(from, to);
+                batch.commit({folder});
+                batch.checkPlaced();
             }));
+            fs::remove_all(mine);
+        };
+        auto runUnread = [&] {
+            fs::create_directories(mine);
+            unread.push_back(
+                throughput(bytes, [&] { copyUnread(*nv::platform().files, copies, folder); }));
             fs::remove_all(mine);
         };
         auto runCp = [&] {
@@ -131,23 +168,20 @@ Figures measure(const fs::path& sources, const fs::path& target, bool large) {
             }));
             fs::remove_all(theirs);
         };
-        if (round % 2 == 0) {
-            runOurs();
-            runCp();
-        } else {
-            runCp();
-            runOurs();
-        }
+        const std::function<void()> order[] = {runOurs, runUnread, runCp};
+        for (int i = 0; i < 3; ++i)
+            order[(round + i) % 3]();
     }
-    return {ours, cp};
+    return {ours, unread, cp};
 }
 
 void report(const char* target, const char* what, const Figures& f, double goal) {
     double ratio = best(f.ours) / best(f.cp);
-    std::printf("%-12s %-22s %10.1f %10.1f %8.2f   %s (goal >= %.2f)\n", target, what, best(f.ours),
-                best(f.cp), ratio, ratio >= goal ? "ok" : "below", goal);
-    std::printf("%-12s %-22s rounds: ours %s; cp+sync %s\n", "", "", rounds(f.ours).c_str(),
-                rounds(f.cp).c_str());
+    std::printf("%-12s %-22s %10.1f %10.1f %10.1f %8.2f %8.2f   %s (goal >= %.2f)\n", target, what,
+                best(f.ours), best(f.unread), best(f.cp), ratio, best(f.unread) / best(f.cp),
+                ratio >= goal ? "ok" : "below", goal);
+    std::printf("%-12s %-22s rounds: read back %s; not read back %s; cp+sync %s\n", "", "",
+                rounds(f.ours).c_str(), rounds(f.unread).c_str(), rounds(f.cp).c_str());
 }
 
 } // namespace
@@ -173,14 +207,16 @@ int main(int argc, char** argv) {
             targets.emplace_back("tmpfs", ram);
     }
 
-    std::printf("\nBest of %d rounds, MB/s (1 MB = 10^6 bytes); ratio = ours / (cp + sync)\n\n",
+    std::printf("\nBest of %d rounds, MB/s (1 MB = 10^6 bytes); read back = the run's copies, "
+                "proven; not read back = the same without the read-backs; ratios to cp + sync\n\n",
                 kRounds);
-    std::printf("%-12s %-22s %10s %10s %8s\n", "target", "what", "ours", "cp+sync", "ratio");
+    std::printf("%-12s %-22s %10s %10s %10s %8s %8s\n", "target", "what", "read back", "not read",
+                "cp+sync", "ratio", "ratio nr");
     for (const auto& [label, folder] : targets) {
         fs::create_directories(folder);
-        report(label, "1 GiB file", measure(work / "sources", folder, true), 0.95);
+        report(label, "1 GiB file", measure(work / "sources", folder, true), 0.6);
         std::fflush(stdout);
-        report(label, "2000 files of 64 KiB", measure(work / "sources", folder, false), 0.7);
+        report(label, "2000 files of 64 KiB", measure(work / "sources", folder, false), 0.6);
         std::fflush(stdout);
     }
 

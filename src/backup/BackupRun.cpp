@@ -251,6 +251,9 @@ void backUp(BackupWindows& windows, CopyBatch& copies, int16_t& intLoop,
     goOnBehind([&] {
         windows.runCommit([&] { copies.commit({strBackupFolder, s.DriveTarget + "\\"}); });
     });
+    // Every copy was read back in its group; a stick that wraps around may since have written
+    // later copies over earlier ones, so once all is written each is looked at again.
+    goOnBehind([&] { windows.runCommit([&] { copies.checkPlaced(); }); });
 
     windows.closeCopyWindow();
 

@@ -16,7 +16,27 @@ void keep(std::optional<FileFailure>& kept, const FileFailure& failure) {
         kept = failure;
 }
 
+// A read-back that differs speaks, in a backup, of the backup medium and of the file the user
+// listed.
+FileFailure onTheBackupMedium(const FileFailure& failure, const StagedCopy& copy) {
+    if (failure.Number != kFailReadBack)
+        return failure;
+    return FileFailure(kFailReadBack,
+                       "Het bestand " + copy.source +
+                           " is niet goed op de backup schijf gekomen: de backup schijf gaf bij "
+                           "het teruglezen andere gegevens terug dan erop geschreven zijn. Maak "
+                           "de backup opnieuw op een andere backup schijf");
+}
+
+// The folder a destination lies in, "" for a bare name.
+std::string folderOf(const std::string& destination) {
+    std::size_t cut = destination.find_last_of('\\');
+    return cut == std::string::npos ? std::string() : destination.substr(0, cut);
+}
+
 void addFolder(std::vector<std::string>& folders, const std::string& folder) {
+    if (folder.empty())
+        return;
     const std::string key = upperCase(folder);
     if (std::none_of(folders.begin(), folders.end(),
                      [&](const std::string& known) { return upperCase(known) == key; }))
@@ -68,15 +88,50 @@ void CopyBatch::commit(const std::vector<std::string>& alsoFlush) {
         }
     }
     std::optional<FileFailure> failure;
-    for (const StagedCopy& copy : staged) {
+    const std::vector<std::optional<FileFailure>> reads = files_.readBackStaged(staged);
+    for (std::size_t i = 0; i < staged.size(); ++i) {
+        StagedCopy& copy = staged[i];
         try {
+            if (reads[i])
+                throw *reads[i];
             files_.placeStaged(copy);
         } catch (const FileFailure& placing) {
             files_.discardStaged(copy);
             destinations_.erase(upperCase(copy.destination));
-            keep(failure, placing);
+            keep(failure, onTheBackupMedium(placing, copy));
+            continue;
+        }
+        copy.hold.reset();
+        placed_.push_back(std::move(copy));
+    }
+    for (const std::string& folder : folders) {
+        try {
+            files_.flushFolder(folder);
+        } catch (const FileFailure& flushing) {
+            keep(failure, flushing);
         }
     }
+    if (failure)
+        throw *failure;
+}
+
+void CopyBatch::checkPlaced() {
+    std::optional<FileFailure> failure;
+    std::vector<std::string> folders;
+    std::vector<StagedCopy> kept;
+    const std::vector<std::optional<FileFailure>> reads = files_.readBackPlaced(placed_);
+    for (std::size_t i = 0; i < placed_.size(); ++i) {
+        StagedCopy& copy = placed_[i];
+        if (!reads[i]) {
+            kept.push_back(std::move(copy));
+            continue;
+        }
+        files_.discardPlaced(copy);
+        destinations_.erase(upperCase(copy.destination));
+        addFolder(folders, folderOf(copy.destination));
+        keep(failure, onTheBackupMedium(*reads[i], copy));
+    }
+    placed_.swap(kept);
     for (const std::string& folder : folders) {
         try {
             files_.flushFolder(folder);
@@ -93,9 +148,7 @@ bool CopyBatch::holds(const std::string& destination) const {
 }
 
 void CopyBatch::noteFolder(const std::string& destination) {
-    std::size_t cut = destination.find_last_of('\\');
-    if (cut != std::string::npos)
-        addFolder(folders_, destination.substr(0, cut));
+    addFolder(folders_, folderOf(destination));
 }
 
 } // namespace nv

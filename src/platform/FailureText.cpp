@@ -33,9 +33,17 @@ std::string failureDescription(int32_t number) {
     case kFailCopyClip:
         return "De animatie FILECOPY.GIF ontbreekt in de map van het programma of kan niet "
                "worden geopend. Installeer het programma opnieuw";
+    case kFailReadBack:
+        return "De schijf gaf bij het teruglezen andere gegevens terug dan erop geschreven zijn";
     default:
         return "Bestandsbewerking mislukt";
     }
+}
+
+FileFailure readBackFailure(const std::string& destination) {
+    return FileFailure(kFailReadBack, "Het bestand " + destination +
+                                          " is niet vervangen: de schijf gaf bij het teruglezen "
+                                          "andere gegevens terug dan erop geschreven zijn");
 }
 
 } // namespace nv

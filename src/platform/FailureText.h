@@ -25,4 +25,8 @@ inline FileFailure writeProtectedFailure() {
     return FileFailure(kFailPathNotFound, "Schijf is tegen schrijven beveiligd");
 }
 
+// A copy to destination (drive form) that the medium gave back otherwise than it was written;
+// the destination was left as it was.
+FileFailure readBackFailure(const std::string& destination);
+
 } // namespace nv

@@ -12,6 +12,8 @@ enum FailureNumber : int32_t {
     kFailDeviceUnavailable = 68,
     kFailAccessRefused = 75,
     kFailPathNotFound = 76,
+    // A copy that the medium gave back otherwise than it was written.
+    kFailReadBack = 80,
     kFailBadFileName = 52,
     kFailDeviceIo = 57,
     kFailSubscript = 9,

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "platform/ContentDigest.h"
+#include "platform/FileFailure.h"
+
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -11,11 +14,13 @@ namespace nv {
 // A copy written into a hidden temporary file beside its destination, its data not yet flushed.
 // CopyBatch puts such copies in place in groups.
 struct StagedCopy {
+    std::string source;      // drive form, as asked for
     std::string destination; // drive form, as asked for
     std::string temporary;   // the platform's own path of the temporary file
     std::string target;      // and of the destination
     std::uintmax_t bytes = 0;
     unsigned long attributes = 0; // what the platform gives the destination once in place
+    ContentDigest written;        // of the bytes the source gave while they were copied
     std::shared_ptr<void> hold;   // what the platform keeps open until the data is flushed
 };
 
@@ -30,7 +35,8 @@ public:
     virtual std::string firstMatch(const std::string& spec) = 0;
     // Fails when oldPath is missing or newPath exists.
     virtual void moveFile(const std::string& oldPath, const std::string& newPath) = 0;
-    // Replaces the destination through a flushed temporary file and a rename.
+    // Replaces the destination through a flushed temporary file, read back from the medium and
+    // compared with the source before its rename (kFailReadBack when it differs).
     virtual void copyFile(const std::string& source, const std::string& destination) = 0;
     virtual void deleteFile(const std::string& path) = 0;
     // Creates or replaces a small file with exactly these bytes.
@@ -71,10 +77,25 @@ public:
     }
     // Puts the data of these staged copies on the medium.
     virtual void flushStaged(const std::vector<StagedCopy>& copies) { (void)copies; }
+    // Reads the flushed temporaries of copies back from the medium, past the machine's cache, and
+    // compares every byte with what the source gave. Gives, in the order of copies, what failed
+    // for each: kFailReadBack when it differs, or what kept it from being read.
+    virtual std::vector<std::optional<FileFailure>>
+    readBackStaged(const std::vector<StagedCopy>& copies) {
+        return std::vector<std::optional<FileFailure>>(copies.size());
+    }
+    // Reads the first and last block of placed copies again from the medium, past the cache;
+    // gives what failed for each, kFailReadBack when a block or the size differs.
+    virtual std::vector<std::optional<FileFailure>>
+    readBackPlaced(const std::vector<StagedCopy>& copies) {
+        return std::vector<std::optional<FileFailure>>(copies.size());
+    }
     // Renames one flushed temporary over its destination.
     virtual void placeStaged(const StagedCopy& copy) { (void)copy; }
     // Removes the temporary of a copy that is not to be placed. Never fails.
     virtual void discardStaged(const StagedCopy& copy) noexcept { (void)copy; }
+    // Removes a placed copy from its destination. Never fails.
+    virtual void discardPlaced(const StagedCopy& copy) noexcept { (void)copy; }
 };
 
 // What a copy puts between a leading dot and its own suffix in the name of the temporary file

@@ -4,6 +4,7 @@
 #include "platform/DateText.h"
 #include "platform/FailureText.h"
 #include "startup/AppSettings.h"
+#include "support/FaultyMedium.h"
 #include "support/TestMachine.h"
 
 #include <algorithm>
@@ -14,11 +15,8 @@
 #include <string>
 #include <vector>
 
-#ifdef _WIN32
-#include "platform/win32/Win32FileSystem.h"
-#else
+#ifndef _WIN32
 #include "platform/posix/DriveTable.h"
-#include "platform/posix/PosixFileSystem.h"
 #endif
 
 namespace nvtest {
@@ -32,10 +30,6 @@ inline const std::string kFullText =
 inline const std::string kProtectedText =
     "De backup schijf kan niet worden geopend, het kan zijn dat deze op 'write protection' staat, "
     "dit is vaak een schakelaartje. Pas dit aan of gebruik een ander backup medium";
-
-inline std::filesystem::path fromUtf8(const std::string& text) {
-    return std::filesystem::path(std::u8string(text.begin(), text.end()));
-}
 
 // Keeps, in one log and in order, what the user is shown of the run.
 class FakeBackupWindows : public nv::BackupWindows {
@@ -92,26 +86,19 @@ private:
     Log& log_;
 };
 
-#ifdef _WIN32
-using NativeFiles = nv::Win32FileSystem;
-#else
-struct NativeFiles : nv::PosixFileSystem {
-    NativeFiles() : PosixFileSystem(nv::driveTableOf(nv::nativePlatform())) {}
-};
-#endif
-
-// The files of this machine, except that the flush of a group's data fails on cue with a chosen
-// number and the target may take names as FAT does; the folders flushed are kept.
-class FaultyFiles : public NativeFiles {
+// The files of this machine on a medium that may give back other bytes, whose flush of a group's
+// data fails on cue with a chosen number, and whose target may take names as FAT does; the folders
+// flushed are kept.
+class FaultyFiles : public FaultyMedium {
 public:
     void flushFolder(const std::string& folder) override {
         flushed.push_back(folder);
-        NativeFiles::flushFolder(folder);
+        FaultyMedium::flushFolder(folder);
     }
     void flushStaged(const std::vector<nv::StagedCopy>& copies) override {
         if (failFlushNumber)
             throw nv::fileFailure(failFlushNumber);
-        NativeFiles::flushStaged(copies);
+        FaultyMedium::flushStaged(copies);
     }
     nv::NameRules nameRulesOf(const std::string& folder) override {
         return fatNames ? nv::NameRules::Fat : NativeFiles::nameRulesOf(folder);

@@ -389,6 +389,71 @@ TEST_F(BackupRun, ACommitThatCannotFlushGivesTheBoxOfItsNumberAndLeavesNoFile) {
     }
 }
 
+// A stick that gives back other bytes than it was given fails the run with a box that names the
+// file, whether the fault shows at once or only once later copies have landed on earlier ones.
+TEST_F(BackupRun, ACopyTheMediumGivesBackOtherwiseFailsTheRunAndLosesItsName) {
+    std::string late(3 << 20, '\0');
+    for (std::size_t i = 0; i < late.size(); ++i)
+        late[i] = static_cast<char>(i * 7 + i / 4096);
+    const std::string a = source("a.ini", std::string(5000, 'a'));
+    const std::string b = source("b.mdb", late);
+    const std::string c = source("c.ini", std::string(6000, 'c'));
+    const std::string d = source("d.ini", std::string(7000, 'd'));
+    const std::string missing = machine.temp.drive("bron\\weg.mdb");
+    struct Case {
+        const char* what;
+        Log rows;
+        std::function<void()> fault;
+        std::string named;
+        Log left;
+    };
+    const Case cases[] = {
+        {"a late byte of one copy",
+         {a, b, c},
+         [&] {
+             files.fault = [](const std::vector<StagedCopy>& copies) {
+                 for (const StagedCopy& copy : copies)
+                     if (copy.destination.ends_with("b.mdb"))
+                         FaultyMedium::flipByte(copy.temporary, 100);
+             };
+         },
+         b,
+         {"a.ini", "c.ini"}},
+        {"the first file reading back as the last, in one group",
+         {a, b, c},
+         [&] { files.wrapAround(); },
+         a,
+         {"b.mdb", "c.ini"}},
+        // The box Missing puts the first copy in place before the others are written.
+        {"the first file reading back as the last, groups apart",
+         {a, missing, c, d},
+         [&] { files.wrapAround(); },
+         a,
+         {"c.ini", "d.ini"}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        c.fault();
+        list(c.rows);
+        rerun();
+
+        ASSERT_FALSE(boxes.shown.empty());
+        expectBox(boxes.shown.back(), "Norvale Backup",
+                  "80 Het bestand " + c.named +
+                      " is niet goed op de backup schijf gekomen: de backup schijf gaf bij het "
+                      "teruglezen andere gegevens terug dan erop geschreven zijn. Maak de backup "
+                      "opnieuw op een andere backup schijf",
+                  Buttons::OK, Icon::None);
+        EXPECT_EQ(boxes.shown.size(), c.rows.size() == 4 ? 3u : 2u);
+        // Nothing that read back otherwise is left under its name, and no temporary either.
+        EXPECT_EQ(entries(kToday), c.left);
+        for (const std::string& name : c.left)
+            EXPECT_EQ(bytesOf(onStick(kToday + "/" + name)),
+                      bytesOf(machine.temp.native("bron/" + name)));
+        expectNotMade();
+    }
+}
+
 // The real files, but every source is found under its bare name and every folder made is kept.
 class NamingFiles : public NativeFiles {
 public:

@@ -1,7 +1,9 @@
 #include "platform/FileFailure.h"
 #include "restore/RestoreRun.h"
+#include "support/FaultyMedium.h"
 #include "support/TestMachine.h"
 
+#include <filesystem>
 #include <gtest/gtest.h>
 
 using namespace nv;
@@ -115,6 +117,40 @@ TEST_F(RestoreRun, AFailingCopyStopsAtItsRowWithTheRowsBeforeItDone) {
     rows.texts = {""};
     rows.flags = {true};
     EXPECT_THROW(restoreFrom("Flat"), FileFailure);
+}
+
+// A production disk that gives back other bytes than it was given: the file it was to replace
+// stays as it was, and the run stops there as at any failing copy.
+TEST_F(RestoreRun, ACopyThatReadsBackOtherwiseLeavesTheProductionFileAsItWas) {
+    machine.temp.write("Flat/stockA.NVD", std::string(200000, 's'));
+    nvtest::FaultyMedium medium;
+    medium.fault = [](const std::vector<StagedCopy>& copies) {
+        for (const StagedCopy& copy : copies)
+            if (copy.destination.ends_with("stockA.NVD"))
+                nvtest::FaultyMedium::flipByte(copy.temporary, 5000);
+    };
+    ScopedPlatformPart<FileSystem> useMedium{&Platform::files, &medium};
+    try {
+        restoreFrom("Flat");
+        FAIL() << "the copy that read back otherwise should fail";
+    } catch (const FileFailure& failure) {
+        EXPECT_EQ(failure.Number, 80);
+        EXPECT_EQ(failure.Description,
+                  "Het bestand " + rows.texts[1] +
+                      " is niet vervangen: de schijf gaf bij het teruglezen andere gegevens "
+                      "terug dan erop geschreven zijn");
+    }
+    EXPECT_EQ(intLoop, 1);
+    EXPECT_EQ(rows.flags, (std::vector<bool>{false, true, true}));
+    EXPECT_EQ(machine.temp.read("Data/Norvale/NV.ini"), "Flat/NV.ini");
+    EXPECT_EQ(machine.temp.read("Data/Norvale/stockA.NVD"), "Data/Norvale/stockA.NVD");
+    // No temporary of the refused copy stays beside the production files.
+    std::vector<std::string> left;
+    for (const auto& entry :
+         std::filesystem::directory_iterator(machine.temp.native("Data/Norvale")))
+        left.push_back(entry.path().filename().string());
+    std::sort(left.begin(), left.end());
+    EXPECT_EQ(left, (std::vector<std::string>{"NV.ini", "stockA.NVD"}));
 }
 
 } // namespace

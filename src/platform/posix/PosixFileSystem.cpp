@@ -1,6 +1,7 @@
 #include "platform/posix/PosixFileSystem.h"
 
 #include "platform/CaseFold.h"
+#include "platform/ContentDigest.h"
 #include "platform/FailureText.h"
 #include "platform/Wildcard.h"
 #include "platform/posix/FileSystemType.h"
@@ -128,19 +129,72 @@ bool cannotKeep(int err) {
 // Whose bits a new file takes: a backup keeps the source's, a restored file those the umask allows.
 enum class Bits { Source, Umask };
 
+constexpr std::size_t kBuffer = 1 << 20;
+
+// One buffer per thread for copies and read-backs, so that memory stays flat whatever the size.
+char* ioBuffer() {
+    static thread_local std::unique_ptr<char[]> buffer(new char[kBuffer]);
+    return buffer.get();
+}
+
+// Copies the bytes of one open file to another, reading the source once, and digests exactly
+// what was written. The kernel's own copy is much the fastest way here; what it wrote is then
+// taken back from the destination's pages while they are still in memory. Where the kernel cannot
+// copy between the two, large reads and writes do. Returns 0 or the errno of the failure.
+int copyDigesting(int from, int to, Digester& digest) {
+    char* buffer = ioBuffer();
+    bool fast = true;
+    for (std::uint64_t done = 0;;) {
+        ssize_t n = -1;
+        if (fast) {
+            n = ::copy_file_range(from, nullptr, to, nullptr, kBuffer, 0);
+            if (n < 0 && errno == EINTR)
+                continue;
+            if (n < 0 && errno != EXDEV && errno != ENOSYS && errno != EINVAL &&
+                errno != EOPNOTSUPP && errno != EBADF)
+                return errno;
+            if (n < 0) {
+                fast = false; // this pair of file systems wants plain reads and writes
+                continue;
+            }
+            for (ssize_t got = 0; got < n;) {
+                ssize_t r = ::pread(to, buffer + got, static_cast<std::size_t>(n - got),
+                                    static_cast<off_t>(done + static_cast<std::uint64_t>(got)));
+                if (r < 0 && errno == EINTR)
+                    continue;
+                if (r <= 0)
+                    return r < 0 ? errno : EIO;
+                got += r;
+            }
+        } else {
+            n = ::read(from, buffer, kBuffer);
+            if (n < 0 && errno == EINTR)
+                continue;
+            if (n < 0)
+                return errno;
+            if (n > 0)
+                if (int err = writeAll(to, buffer, static_cast<std::size_t>(n)))
+                    return err;
+        }
+        if (n == 0)
+            return 0;
+        digest.add(buffer, static_cast<std::size_t>(n));
+        done += static_cast<std::uint64_t>(n);
+    }
+}
+
 // Writes the open source into a hidden temporary file in the destination's folder, with the
-// source's times, flushed if asked; returns its name there. A file it is to replace lends it its
-// mode and owner, and must be writable (75); a new one takes the source's bits, as they are or
-// within the umask as `bits` says, never writable for all. A failure removes the temporary.
-std::string writeTemporary(const Fd& in, const Destination& to, const std::string& drivePath,
-                           bool flush, Bits bits, std::uintmax_t* bytes = nullptr) {
+// source's times, unflushed; notes its path, size and digest in copy. A file it is to replace
+// lends it its mode and owner, and must be writable (75); a new one takes the source's bits, as
+// they are or within the umask as `bits` says, never writable for all. A failure removes the
+// temporary.
+void writeTemporary(const Fd& in, const Destination& to, StagedCopy& copy, Bits bits) {
     struct stat st {};
     if (::fstat(in.fd, &st) != 0)
-        throwErrno(errno, drivePath);
+        throwErrno(errno, copy.source);
     if (!S_ISREG(st.st_mode))
         throw fileFailure(kFailAccessRefused);
-    if (bytes)
-        *bytes = static_cast<std::uintmax_t>(st.st_size);
+    copy.bytes = static_cast<std::uintmax_t>(st.st_size);
 
     struct stat old {};
     const bool replaces =
@@ -154,12 +208,13 @@ std::string writeTemporary(const Fd& in, const Destination& to, const std::strin
     const std::string temp = temporaryName(to.name);
     Fd out;
     out.fd =
-        ::openat(to.folder.fd, temp.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
+        ::openat(to.folder.fd, temp.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
                  replaces ? 0600 : st.st_mode & 0775);
     if (out.fd < 0)
-        throwErrno(errno, drivePath);
+        throwErrno(errno, copy.destination);
 
-    int err = copyBytes(in.fd, out.fd);
+    Digester digest;
+    int err = copyDigesting(in.fd, out.fd, digest);
     if (err == 0 && replaces) {
         // The owner first: a change of owner clears the set-id bits that the mode then puts back.
         if ((old.st_uid != ::geteuid() || old.st_gid != ::getegid()) &&
@@ -174,27 +229,40 @@ std::string writeTemporary(const Fd& in, const Destination& to, const std::strin
     struct timespec times[2] = {st.st_atim, st.st_mtim};
     if (err == 0 && ::futimens(out.fd, times) != 0 && !cannotKeep(errno))
         err = errno;
-    if (err == 0 && flush && ::fsync(out.fd) != 0)
-        err = errno;
     // Closed on failure too: an open descriptor would keep the removed temporary's space
     // taken on the stick until the program ends.
     if (int closed = out.close(); closed != 0 && err == 0)
         err = closed;
     if (err != 0) {
         ::unlinkat(to.folder.fd, temp.c_str(), 0);
-        throwErrno(err, drivePath);
+        throwErrno(err, copy.destination);
     }
-    return temp;
+    copy.temporary = joinNative(to.folderPath, temp);
+    copy.written = digest.digest();
 }
 
-// Copies the open source over destination through a flushed temporary file and a rename.
-void copyNative(const Fd& source, const Destination& to, const std::string& drivePath) {
-    std::string temp = writeTemporary(source, to, drivePath, true, Bits::Umask);
-    if (::renameat(to.folder.fd, temp.c_str(), to.folder.fd, to.name.c_str()) != 0) {
-        int err = errno;
-        ::unlinkat(to.folder.fd, temp.c_str(), 0);
-        throwErrno(err, drivePath);
+// Drops the machine's cached pages of a flushed file, so that its next read comes from the
+// medium and not from memory.
+void dropCached(int fd) {
+    ::posix_fadvise(fd, 0, 0, POSIX_FADV_DONTNEED);
+}
+
+// Reads size bytes at offset; fewer only at the end of the file. Returns the count read, or
+// throws the failure.
+std::size_t readAt(int fd, char* buffer, std::size_t size, std::uint64_t offset,
+                   const std::string& drivePath) {
+    std::size_t done = 0;
+    while (done < size) {
+        ssize_t n = ::pread(fd, buffer + done, size - done, static_cast<off_t>(offset + done));
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n < 0)
+            throwErrno(errno, drivePath);
+        if (n == 0)
+            break;
+        done += static_cast<std::size_t>(n);
     }
+    return done;
 }
 
 // Flushes one written file through a descriptor of its own; unlike syncfs this also reaches
@@ -221,38 +289,94 @@ bool syncfsReportsFailures() {
 
 constexpr long kFuseMagic = 0x65735546;
 
-} // namespace
+// How many copies a read-back asks the medium for at once, and how much of each it asks for
+// ahead: small files then come back in parallel, and sequential read-ahead does the rest.
+constexpr std::size_t kReadAheadFiles = 64;
+constexpr off_t kReadAheadBytes = 1 << 20;
 
-int copyBytes(int from, int to) {
-    bool fast = true;
-    for (;;) {
-        if (fast) {
-            ssize_t n = ::copy_file_range(from, nullptr, to, nullptr, 1 << 30, 0);
-            if (n > 0)
-                continue;
-            if (n == 0)
-                return 0;
-            if (errno == EINTR)
-                continue;
-            if (errno != EXDEV && errno != ENOSYS && errno != EINVAL && errno != EOPNOTSUPP &&
-                errno != EBADF)
-                return errno;
-            fast = false; // this pair of file systems wants plain reads and writes
-        }
-        constexpr std::size_t kBuffer = 1 << 20;
-        static thread_local std::unique_ptr<char[]> buffer(new char[kBuffer]);
-        ssize_t n = ::read(from, buffer.get(), kBuffer);
-        if (n < 0) {
-            if (errno == EINTR)
-                continue;
-            return errno;
-        }
-        if (n == 0)
-            return 0;
-        if (int err = writeAll(to, buffer.get(), static_cast<std::size_t>(n)))
-            return err;
+// One copy in the window of a read-back: its file open, its cached pages dropped and the
+// medium asked for what will be read of it.
+struct ReadBack {
+    Fd fd;
+    std::uint64_t size = 0;
+    std::optional<FileFailure> failure;
+};
+
+void prepare(ReadBack& read, const StagedCopy& copy, bool placed) {
+    read.fd.fd =
+        ::open((placed ? copy.target : copy.temporary).c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW);
+    struct stat st {};
+    if (read.fd.fd < 0 || ::fstat(read.fd.fd, &st) != 0) {
+        read.failure = failureFromErrno(errno, copy.destination);
+        return;
+    }
+    read.size = static_cast<std::uint64_t>(st.st_size);
+    if (!S_ISREG(st.st_mode) || read.size != copy.written.size) {
+        read.failure = readBackFailure(copy.destination);
+        return;
+    }
+    dropCached(read.fd.fd);
+    if (!placed) {
+        ::posix_fadvise(read.fd.fd, 0, kReadAheadBytes, POSIX_FADV_WILLNEED);
+    } else {
+        ::posix_fadvise(read.fd.fd, 0, kDigestBlock, POSIX_FADV_WILLNEED);
+        ::posix_fadvise(read.fd.fd, static_cast<off_t>(lastBlockStart(read.size)), kDigestBlock,
+                        POSIX_FADV_WILLNEED);
     }
 }
+
+// Whether the open file holds what the copy's source gave: every byte, or its first and last
+// block once placed. Throws what keeps it from being read.
+bool holdsWhatWasWritten(const ReadBack& read, const StagedCopy& copy, bool placed) {
+    char* buffer = ioBuffer();
+    if (!placed) {
+        Digester digest;
+        for (std::uint64_t offset = 0;;) {
+            std::size_t n = readAt(read.fd.fd, buffer, kBuffer, offset, copy.destination);
+            digest.add(buffer, n);
+            offset += n;
+            if (n < kBuffer)
+                break;
+        }
+        return digest.digest() == copy.written;
+    }
+    std::size_t n = readAt(read.fd.fd, buffer, kDigestBlock, 0, copy.destination);
+    if (blockHash(buffer, n) != copy.written.first)
+        return false;
+    const std::uint64_t last = lastBlockStart(read.size);
+    n = readAt(read.fd.fd, buffer, kDigestBlock, last, copy.destination);
+    return last + n == read.size && blockHash(buffer, n) == copy.written.last;
+}
+
+// Reads copies back from the medium, a window of them at a time.
+std::vector<std::optional<FileFailure>> readBackEach(const std::vector<StagedCopy>& copies,
+                                                     bool placed) {
+    std::vector<std::optional<FileFailure>> failures(copies.size());
+    for (std::size_t from = 0; from < copies.size(); from += kReadAheadFiles) {
+        const std::size_t to = std::min(copies.size(), from + kReadAheadFiles);
+        std::vector<ReadBack> window(to - from);
+        for (std::size_t i = from; i < to; ++i)
+            prepare(window[i - from], copies[i], placed);
+        for (std::size_t i = from; i < to; ++i) {
+            ReadBack& read = window[i - from];
+            if (!read.failure) {
+                try {
+                    if (!holdsWhatWasWritten(read, copies[i], placed))
+                        read.failure = readBackFailure(copies[i].destination);
+                } catch (const FileFailure& failure) {
+                    read.failure = failure;
+                }
+                // Not kept either: the check at the end of the run must find the medium.
+                dropCached(read.fd.fd);
+            }
+            read.fd.close();
+            failures[i] = std::move(read.failure);
+        }
+    }
+    return failures;
+}
+
+} // namespace
 
 ResolvedPath PosixFileSystem::resolve(const std::string& drivePath) {
     return resolvePath(drives_, drivePath, &index_);
@@ -314,7 +438,12 @@ void PosixFileSystem::moveFile(const std::string& oldPath, const std::string& ne
     Fd in(openRegularNoFollow(from.folder.fd, from.name));
     if (in.fd < 0)
         throwErrno(errno, oldPath);
-    copyNative(in, to, newPath);
+    StagedCopy copy;
+    copy.source = oldPath;
+    copy.destination = newPath;
+    copy.target = toPath.path;
+    writeTemporary(in, to, copy, Bits::Umask);
+    proveAndPlace(copy);
     if (::unlinkat(from.folder.fd, from.name.c_str(), 0) != 0)
         throwErrno(errno, oldPath);
 }
@@ -327,7 +456,24 @@ void PosixFileSystem::copyFile(const std::string& source, const std::string& des
     Fd in(openToRead(from, source));
     Destination to;
     openPlace(to, toPath, destination);
-    copyNative(in, to, destination);
+    StagedCopy copy;
+    copy.source = source;
+    copy.destination = destination;
+    copy.target = toPath.path;
+    writeTemporary(in, to, copy, Bits::Umask);
+    proveAndPlace(copy);
+}
+
+void PosixFileSystem::proveAndPlace(StagedCopy& copy) {
+    try {
+        flushStaged({copy});
+        if (std::optional<FileFailure> failure = readBackStaged({copy}).front())
+            throw *failure;
+        placeStaged(copy);
+    } catch (const FileFailure&) {
+        discardStaged(copy);
+        throw;
+    }
 }
 
 // A folder held open on one file system: syncfs through it reports every write failure on that
@@ -361,13 +507,13 @@ std::optional<StagedCopy> PosixFileSystem::stageCopy(const std::string& source,
     Destination to;
     openPlace(to, toPath, destination);
     StagedCopy copy;
+    copy.source = source;
     copy.destination = destination;
     copy.target = toPath.path;
     struct stat st {};
     if (::fstat(to.folder.fd, &st) == 0)
         copy.hold = watchFor(to.folder.fd, st.st_dev);
-    copy.temporary = joinNative(
-        to.folderPath, writeTemporary(in, to, destination, false, Bits::Source, &copy.bytes));
+    writeTemporary(in, to, copy, Bits::Source);
     return copy;
 }
 void PosixFileSystem::flushStaged(const std::vector<StagedCopy>& copies) {
@@ -388,6 +534,16 @@ void PosixFileSystem::flushStaged(const std::vector<StagedCopy>& copies) {
     }
 }
 
+std::vector<std::optional<FileFailure>>
+PosixFileSystem::readBackStaged(const std::vector<StagedCopy>& copies) {
+    return readBackEach(copies, false);
+}
+
+std::vector<std::optional<FileFailure>>
+PosixFileSystem::readBackPlaced(const std::vector<StagedCopy>& copies) {
+    return readBackEach(copies, true);
+}
+
 void PosixFileSystem::placeStaged(const StagedCopy& copy) {
     if (::rename(copy.temporary.c_str(), copy.target.c_str()) != 0)
         throwErrno(errno, copy.destination);
@@ -395,6 +551,10 @@ void PosixFileSystem::placeStaged(const StagedCopy& copy) {
 
 void PosixFileSystem::discardStaged(const StagedCopy& copy) noexcept {
     ::unlink(copy.temporary.c_str());
+}
+
+void PosixFileSystem::discardPlaced(const StagedCopy& copy) noexcept {
+    ::unlink(copy.target.c_str());
 }
 
 void PosixFileSystem::deleteFile(const std::string& path) {

@@ -4,6 +4,7 @@
 #include "platform/posix/DriveTable.h"
 #include "platform/posix/ErrnoFailures.h"
 #include "platform/posix/FolderIndex.h"
+#include "platform/posix/PosixIo.h"
 #include "platform/posix/PosixPathResolution.h"
 
 #include <cstdint>
@@ -34,8 +35,13 @@ public:
     std::optional<StagedCopy> stageCopy(const std::string& source,
                                         const std::string& destination) override;
     void flushStaged(const std::vector<StagedCopy>& copies) override;
+    std::vector<std::optional<FileFailure>>
+    readBackStaged(const std::vector<StagedCopy>& copies) override;
+    std::vector<std::optional<FileFailure>>
+    readBackPlaced(const std::vector<StagedCopy>& copies) override;
     void placeStaged(const StagedCopy& copy) override;
     void discardStaged(const StagedCopy& copy) noexcept override;
+    void discardPlaced(const StagedCopy& copy) noexcept override;
 
 private:
     struct Watch;
@@ -45,15 +51,14 @@ private:
     ResolvedPath resolve(const std::string& drivePath);
     // Opens a regular file to read, following no link below its drive's root.
     int openToRead(const ResolvedPath& path, const std::string& drivePath);
+    // Flushes a written temporary, reads it back from the medium and renames it over its target;
+    // on any failure the temporary goes and the target stays as it was.
+    void proveAndPlace(StagedCopy& copy);
 
     DriveTable& drives_;
     FolderIndex index_;
     std::mutex watchesMutex_;
     std::map<std::uint64_t, std::weak_ptr<Watch>> watches_; // by device number
 };
-
-// Copies the bytes of one open file to another: the kernel's fast path, else large reads and
-// writes. Returns 0 or the errno of the failure.
-int copyBytes(int from, int to);
 
 } // namespace nv

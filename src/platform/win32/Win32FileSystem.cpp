@@ -1,6 +1,7 @@
 #include "platform/win32/Win32FileSystem.h"
 
 #include "platform/CaseFold.h"
+#include "platform/ContentDigest.h"
 #include "platform/FailureText.h"
 #include "platform/Wildcard.h"
 #include "platform/win32/Win32ErrorFailures.h"
@@ -10,6 +11,7 @@
 
 #include <atomic>
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -49,6 +51,75 @@ public:
 private:
     HANDLE h_;
 };
+
+// An open file, closed when it goes.
+class FileHandle {
+public:
+    explicit FileHandle(HANDLE h) : h_(h) {}
+    ~FileHandle() {
+        if (valid())
+            CloseHandle(h_);
+    }
+    FileHandle(const FileHandle&) = delete;
+    FileHandle& operator=(const FileHandle&) = delete;
+    HANDLE get() const { return h_; }
+    bool valid() const { return h_ != INVALID_HANDLE_VALUE; }
+    // Closes it now; false when the close failed.
+    bool close() {
+        HANDLE h = h_;
+        h_ = INVALID_HANDLE_VALUE;
+        return h == INVALID_HANDLE_VALUE || CloseHandle(h);
+    }
+
+private:
+    HANDLE h_;
+};
+
+constexpr DWORD kBuffer = 1 << 20;
+constexpr DWORD kBlock = static_cast<DWORD>(kDigestBlock);
+
+// Memory on a page boundary, as reads that pass the system's cache want it.
+class PageBuffer {
+public:
+    explicit PageBuffer(DWORD size)
+        : bytes_(static_cast<char*>(
+              VirtualAlloc(nullptr, size, MEM_COMMIT | MEM_RESERVE, PAGE_READWRITE))) {
+        if (!bytes_)
+            throwFailure(GetLastError(), L"");
+    }
+    ~PageBuffer() { VirtualFree(bytes_, 0, MEM_RELEASE); }
+    PageBuffer(const PageBuffer&) = delete;
+    PageBuffer& operator=(const PageBuffer&) = delete;
+    char* get() const { return bytes_; }
+
+private:
+    char* bytes_;
+};
+
+// Opens a flushed file to read it back unbuffered: what comes back is what the medium holds,
+// not the system's cache of it. Reads must then start on a sector, and be whole sectors long.
+HANDLE openUnbuffered(const std::wstring& path) {
+    return CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+                       FILE_FLAG_NO_BUFFERING | FILE_FLAG_SEQUENTIAL_SCAN, nullptr);
+}
+
+// Reads up to size bytes at offset (a multiple of the block size); fewer only at the end.
+DWORD readAt(HANDLE h, char* buffer, DWORD size, std::uint64_t offset, const std::wstring& target) {
+    OVERLAPPED at{};
+    at.Offset = static_cast<DWORD>(offset);
+    at.OffsetHigh = static_cast<DWORD>(offset >> 32);
+    DWORD got = 0;
+    if (!ReadFile(h, buffer, size, &got, &at) && GetLastError() != ERROR_HANDLE_EOF)
+        throwFailure(GetLastError(), target);
+    return got;
+}
+
+std::uint64_t sizeOf(HANDLE h, const std::wstring& target) {
+    LARGE_INTEGER size{};
+    if (!GetFileSizeEx(h, &size))
+        throwFailure(GetLastError(), target);
+    return static_cast<std::uint64_t>(size.QuadPart);
+}
 
 // A spec ending in a backslash asks for the folder's contents.
 std::wstring searchSpec(const std::string& spec) {
@@ -218,6 +289,8 @@ void Win32FileSystem::copyFile(const std::string& source, const std::string& des
     std::optional<StagedCopy> copy = stageCopy(source, destination);
     try {
         flushStaged({*copy});
+        if (std::optional<FileFailure> failure = readBackStaged({*copy}).front())
+            throw *failure;
         placeStaged(*copy);
     } catch (const FileFailure&) {
         discardStaged(*copy);
@@ -239,6 +312,14 @@ std::optional<StagedCopy> Win32FileSystem::stageCopy(const std::string& source,
     // A link is not read as the file it points to.
     if (data.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT)
         throw failureFor(ERROR_FILE_NOT_FOUND, from);
+    // Others may go on reading and writing the source meanwhile, as with the system's own copy.
+    FileHandle in(CreateFileW(from.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                              nullptr, OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
+    if (!in.valid())
+        throwFailure(GetLastError(), from);
+    BY_HANDLE_FILE_INFORMATION info{};
+    if (!GetFileInformationByHandle(in.get(), &info))
+        throwFailure(GetLastError(), from);
     // A file to be replaced keeps its own attributes, and a read-only one is not replaced.
     DWORD keep = data.dwFileAttributes;
     WIN32_FILE_ATTRIBUTE_DATA old{};
@@ -249,30 +330,65 @@ std::optional<StagedCopy> Win32FileSystem::stageCopy(const std::string& source,
         keep = old.dwFileAttributes;
     }
 
+    // Hidden from its creation while it waits to be flushed; the rename then puts it in place
+    // whole.
     std::wstring temp;
+    HANDLE created = INVALID_HANDLE_VALUE;
     for (int attempt = 0;; ++attempt) {
         temp = temporaryName(to);
-        if (CopyFileExW(from.c_str(), temp.c_str(), nullptr, nullptr, nullptr,
-                        COPY_FILE_FAIL_IF_EXISTS))
+        created = CreateFileW(temp.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
+                              FILE_ATTRIBUTE_HIDDEN | FILE_FLAG_SEQUENTIAL_SCAN, nullptr);
+        if (created != INVALID_HANDLE_VALUE)
             break;
         DWORD error = GetLastError();
-        DeleteFileW(temp.c_str());
         if ((error != ERROR_FILE_EXISTS && error != ERROR_ALREADY_EXISTS) || attempt == 10)
-            throwFailure(error, driveMissing(to) ? to : from);
+            throwFailure(error, to);
     }
-    // Hidden and writable while it waits to be flushed; the rename then puts it in place whole.
-    if (!SetFileAttributesW(temp.c_str(), (data.dwFileAttributes & ~FILE_ATTRIBUTE_READONLY) |
-                                              FILE_ATTRIBUTE_HIDDEN)) {
-        DWORD error = GetLastError();
+    FileHandle out(created);
+
+    // The source is read once: its digest is taken on the way.
+    Digester digest;
+    std::unique_ptr<char[]> buffer(new char[kBuffer]);
+    DWORD error = ERROR_SUCCESS;
+    const std::wstring* failedOn = &to;
+    for (;;) {
+        DWORD got = 0;
+        if (!ReadFile(in.get(), buffer.get(), kBuffer, &got, nullptr)) {
+            error = GetLastError();
+            failedOn = &from;
+            break;
+        }
+        if (got == 0)
+            break;
+        digest.add(buffer.get(), got);
+        DWORD put = 0;
+        BOOL ok = WriteFile(out.get(), buffer.get(), got, &put, nullptr);
+        if (!ok || put != got) {
+            error = ok ? ERROR_WRITE_FAULT : GetLastError();
+            break;
+        }
+    }
+    // The copy carries the source's time, as the system's own copy gives it.
+    if (error == ERROR_SUCCESS && !SetFileTime(out.get(), nullptr, nullptr, &info.ftLastWriteTime))
+        error = GetLastError();
+    if (!out.close() && error == ERROR_SUCCESS)
+        error = GetLastError();
+    if (error == ERROR_SUCCESS &&
+        !SetFileAttributesW(temp.c_str(), (info.dwFileAttributes & ~FILE_ATTRIBUTE_READONLY) |
+                                              FILE_ATTRIBUTE_HIDDEN))
+        error = GetLastError();
+    if (error != ERROR_SUCCESS) {
         discard(temp);
-        throwFailure(error, to);
+        throwFailure(error, *failedOn);
     }
     StagedCopy copy;
+    copy.source = source;
     copy.destination = destination;
     copy.temporary = utf8FromWide(temp);
     copy.target = utf8FromWide(to);
-    copy.bytes = (std::uintmax_t{data.nFileSizeHigh} << 32) | data.nFileSizeLow;
+    copy.bytes = (std::uintmax_t{info.nFileSizeHigh} << 32) | info.nFileSizeLow;
     copy.attributes = keep;
+    copy.written = digest.digest();
     return copy;
 }
 
@@ -296,6 +412,76 @@ void Win32FileSystem::flushStaged(const std::vector<StagedCopy>& copies) {
     }
 }
 
+namespace {
+
+// Whether a flushed temporary holds every byte the source gave; throws what keeps it from being
+// read.
+bool stagedHoldsWhatWasWritten(const StagedCopy& copy) {
+    const std::wstring target = wideFromUtf8(copy.target);
+    QuietDriveErrors quiet;
+    FileHandle h(openUnbuffered(wideFromUtf8(copy.temporary)));
+    if (!h.valid())
+        throwFailure(GetLastError(), target);
+    const std::uint64_t size = sizeOf(h.get(), target);
+    PageBuffer buffer(kBuffer);
+    Digester digest;
+    // Read by the size taken first: a read that starts past a partial last sector is refused.
+    for (std::uint64_t offset = 0; offset < size;) {
+        DWORD got = readAt(h.get(), buffer.get(), kBuffer, offset, target);
+        if (got == 0)
+            break;
+        digest.add(buffer.get(), got);
+        offset += got;
+    }
+    return digest.digest() == copy.written;
+}
+
+// Whether a placed copy still has the size, first and last block its source gave.
+bool placedHoldsWhatWasWritten(const StagedCopy& copy) {
+    const std::wstring target = wideFromUtf8(copy.target);
+    QuietDriveErrors quiet;
+    FileHandle h(openUnbuffered(target));
+    if (!h.valid())
+        throwFailure(GetLastError(), target);
+    const std::uint64_t size = sizeOf(h.get(), target);
+    if (size != copy.written.size)
+        return false;
+    PageBuffer buffer(kBlock);
+    DWORD got = readAt(h.get(), buffer.get(), kBlock, 0, target);
+    if (blockHash(buffer.get(), got) != copy.written.first)
+        return false;
+    const std::uint64_t last = lastBlockStart(size);
+    got = readAt(h.get(), buffer.get(), kBlock, last, target);
+    return last + got == size && blockHash(buffer.get(), got) == copy.written.last;
+}
+
+// What failed for each copy, one after the other: an unbuffered read has no cache to fill ahead.
+std::vector<std::optional<FileFailure>> readBackEach(const std::vector<StagedCopy>& copies,
+                                                     bool (*holds)(const StagedCopy&)) {
+    std::vector<std::optional<FileFailure>> failures(copies.size());
+    for (std::size_t i = 0; i < copies.size(); ++i) {
+        try {
+            if (!holds(copies[i]))
+                failures[i] = readBackFailure(copies[i].destination);
+        } catch (const FileFailure& failure) {
+            failures[i] = failure;
+        }
+    }
+    return failures;
+}
+
+} // namespace
+
+std::vector<std::optional<FileFailure>>
+Win32FileSystem::readBackStaged(const std::vector<StagedCopy>& copies) {
+    return readBackEach(copies, stagedHoldsWhatWasWritten);
+}
+
+std::vector<std::optional<FileFailure>>
+Win32FileSystem::readBackPlaced(const std::vector<StagedCopy>& copies) {
+    return readBackEach(copies, placedHoldsWhatWasWritten);
+}
+
 void Win32FileSystem::placeStaged(const StagedCopy& copy) {
     std::wstring temp = wideFromUtf8(copy.temporary);
     std::wstring to = wideFromUtf8(copy.target);
@@ -311,6 +497,14 @@ void Win32FileSystem::discardStaged(const StagedCopy& copy) noexcept {
         discard(wideFromUtf8(copy.temporary));
     } catch (...) {
         // A temporary that cannot be removed stays hidden until the next run clears it.
+    }
+}
+
+void Win32FileSystem::discardPlaced(const StagedCopy& copy) noexcept {
+    try {
+        discard(wideFromUtf8(copy.target));
+    } catch (...) {
+        // What cannot be removed stays; the run has failed and said so.
     }
 }
 

@@ -25,8 +25,13 @@ public:
     std::optional<StagedCopy> stageCopy(const std::string& source,
                                         const std::string& destination) override;
     void flushStaged(const std::vector<StagedCopy>& copies) override;
+    std::vector<std::optional<FileFailure>>
+    readBackStaged(const std::vector<StagedCopy>& copies) override;
+    std::vector<std::optional<FileFailure>>
+    readBackPlaced(const std::vector<StagedCopy>& copies) override;
     void placeStaged(const StagedCopy& copy) override;
     void discardStaged(const StagedCopy& copy) noexcept override;
+    void discardPlaced(const StagedCopy& copy) noexcept override;
 };
 
 } // namespace nv

@@ -1,0 +1,107 @@
+// The digest a copy takes of its source and compares with what the medium gives back: any byte
+// changed, moved, added or lost must show, and the quick look at the first and last block must
+// find what the copy saw there.
+#include "platform/ContentDigest.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+using namespace nv;
+
+namespace {
+
+std::uint64_t hashOf(const std::string& bytes) {
+    Hash64 hash;
+    hash.add(bytes.data(), bytes.size());
+    return hash.value();
+}
+
+ContentDigest digestIn(const std::string& bytes, std::size_t piece) {
+    Digester digester;
+    for (std::size_t at = 0; at < bytes.size(); at += piece)
+        digester.add(bytes.data() + at, std::min(piece, bytes.size() - at));
+    return digester.digest();
+}
+
+// Bytes that differ from block to block, so that blocks moved about do not look alike.
+std::string sample(std::size_t size) {
+    std::string bytes(size, '\0');
+    std::uint32_t state = 2463534242u;
+    for (char& c : bytes) {
+        state ^= state << 13;
+        state ^= state >> 17;
+        state ^= state << 5;
+        c = static_cast<char>(state);
+    }
+    return bytes;
+}
+
+TEST(ContentDigest, TheHashIsTheWellKnownOneWhateverPiecesItIsFedIn) {
+    std::string mixed;
+    for (int round = 0; round < 4; ++round)
+        for (int b = 0; b < 256; ++b)
+            mixed += static_cast<char>(b);
+    mixed += "xyz";
+    const std::pair<std::string, std::uint64_t> known[] = {
+        {"", 0xEF46DB3751D8E999ull},
+        {"a", 0xD24EC4F1A98C6E5Bull},
+        {"abc", 0x44BC2CF5AD770999ull},
+        {"Nobody inspects the spammish repetition", 0xFBCEA83C8A378BF1ull},
+        {mixed, 0xE146CB31B65BC21Aull}};
+    for (const auto& [bytes, value] : known) {
+        SCOPED_TRACE(bytes.size());
+        EXPECT_EQ(hashOf(bytes), value);
+        for (std::size_t piece : {1u, 3u, 31u, 32u, 33u}) {
+            Hash64 hash;
+            for (std::size_t at = 0; at < bytes.size(); at += piece)
+                hash.add(bytes.data() + at, std::min(piece, bytes.size() - at));
+            EXPECT_EQ(hash.value(), value) << piece;
+        }
+    }
+}
+
+TEST(ContentDigest, TheEndsAreTheBlocksAReadBackFindsAndAnyChangeShows) {
+    const std::size_t block = kDigestBlock;
+    for (std::size_t size : {std::size_t{0}, std::size_t{1}, block - 1, block, block + 1, 3 * block,
+                             3 * block + 777}) {
+        SCOPED_TRACE(size);
+        const std::string bytes = sample(size);
+        const ContentDigest digest = digestIn(bytes, 1 << 20);
+        // Reads of any size come to the same digest, as the copy's and the read-back's do.
+        for (std::size_t piece : {std::size_t{1000}, block, block + 3})
+            EXPECT_EQ(digestIn(bytes, piece), digest) << piece;
+
+        EXPECT_EQ(digest.size, size);
+        const std::size_t last = lastBlockStart(size);
+        EXPECT_EQ(last % block, 0u);
+        EXPECT_TRUE(size == 0 || (last < size && size - last <= block));
+        EXPECT_EQ(digest.first, blockHash(bytes.data(), std::min(size, block)));
+        EXPECT_EQ(digest.last, blockHash(bytes.data() + last, size - last));
+    }
+
+    const std::string bytes = sample(3 * block + 777);
+    const ContentDigest digest = digestIn(bytes, 1 << 20);
+    auto changed = [&](std::string other) { return digestIn(other, 1 << 20); };
+    std::vector<std::pair<const char*, std::string>> others;
+    for (std::size_t at : {std::size_t{0}, block - 1, block, 2 * block + 5, bytes.size() - 1}) {
+        std::string flipped = bytes;
+        flipped[at] = static_cast<char>(flipped[at] ^ 0x10);
+        others.emplace_back("a flipped byte", flipped);
+    }
+    std::string swapped = bytes;
+    std::swap_ranges(swapped.begin() + block, swapped.begin() + 2 * block, swapped.begin());
+    others.emplace_back("two blocks swapped", swapped);
+    others.emplace_back("a byte more", bytes + '\0');
+    others.emplace_back("a byte less", bytes.substr(0, bytes.size() - 1));
+    others.emplace_back("a block of zeros", bytes.substr(0, block) + std::string(block, '\0') +
+                                                bytes.substr(2 * block));
+    for (const auto& [what, other] : others)
+        EXPECT_NE(changed(other).whole, digest.whole) << what;
+    // The ends alone see what lands on the start of a file, as a medium that wraps around does.
+    EXPECT_NE(changed(others[0].second).first, digest.first);
+    EXPECT_NE(changed(others[4].second).last, digest.last);
+}
+
+} // namespace
