@@ -95,57 +95,6 @@ TEST(DriveTable, DrivesAreWhatAFileManagerShowsAndKeepTheirLetters) {
     EXPECT_EQ(lettersOf(table), "C=/ E=/media/anna/NEW F=/mnt/backup disk H=/home/anna ");
 }
 
-// A stick given with NVBACKUP_DRIVES that is unmounted leaves its empty mount point behind:
-// that folder is not the drive, nor is another stick mounted in its place.
-TEST(DriveTable, AGivenMountPointIsReadyOnlyWhileItsVolumeIsMounted) {
-    nvtest::TempFolder temp;
-    fs::path info = temp.native("mountinfo");
-    fs::path point = temp.native("stick");
-    fs::create_directories(point);
-    // The device manager's names: two sticks, one with a uuid, one with only a label.
-    fs::create_directories(temp.native("disk/by-uuid"));
-    fs::create_directories(temp.native("disk/by-label"));
-    for (const char* device : {"sdb1", "sdc1"})
-        std::ofstream(temp.native(device)) << "";
-    fs::create_symlink(temp.native("sdb1"), temp.native("disk/by-uuid/1234-ABCD"));
-    fs::create_symlink(temp.native("sdb1"), temp.native("disk/by-label/STICKB"));
-    fs::create_symlink(temp.native("sdc1"), temp.native("disk/by-label/STICKC"));
-    auto setMounts = [&](const std::string& stick) {
-        std::ofstream(info) << mountLine(1, "/", "/dev/vda") +
-                                   (stick.empty() ? ""
-                                                  : mountLine(2, point.string(),
-                                                              temp.native(stick).string()));
-    };
-    setMounts("sdb1");
-    DriveTable::Options o =
-        startOver(info, "", "E=" + point.string() + ";F=" + temp.native().string());
-    o.devDisk = temp.native("disk").string();
-    o.scanMounts = false;
-    DriveTable table(o);
-    PosixFileSystem files(table);
-    struct Step {
-        std::string mounted;
-        bool ready;
-    };
-    for (const Step& step :
-         {Step{"sdb1", true}, Step{"", false}, Step{"sdc1", false}, Step{"sdb1", true}}) {
-        SCOPED_TRACE(step.mounted);
-        setMounts(step.mounted);
-        EXPECT_EQ(table.ready('E'), step.ready);
-        EXPECT_EQ(failureOf([&] { files.makeFolder("E:\\Backup2026-11-17"); }),
-                  step.ready ? 0 : kFailDeviceUnavailable);
-        EXPECT_EQ(fs::exists(point / "Backup2026-11-17"), step.ready);
-        fs::remove(point / "Backup2026-11-17");
-        // The list still names the letter, with the label while the stick is there.
-        auto list = table.list();
-        auto e = std::find_if(list.begin(), list.end(), [](auto& d) { return d.letter == 'E'; });
-        ASSERT_NE(e, list.end());
-        EXPECT_EQ(e->label, step.ready ? "STICKB" : "");
-        // A plain folder given the same way is there all along.
-        EXPECT_TRUE(table.ready('F'));
-    }
-}
-
 TEST(DriveTable, TheVariableIsReadLeniently) {
     auto entries = parseDrivesVariable("e=/srv/a;;F:=/tmp/b;G=relative;=/x;H=/home/kees/");
     ASSERT_EQ(entries.size(), 3u);
