@@ -71,21 +71,6 @@ TEST(DriveTable, DrivesAreWhatAFileManagerShowsAndKeepTheirLetters) {
         EXPECT_EQ(table.toDriveForm("/home/annabel"), "C:\\home\\annabel");
         EXPECT_EQ(table.toDriveForm("/opt"), "C:\\opt");
         EXPECT_EQ(table.toDriveForm("/"), "C:\\");
-
-        // The stick goes: D: is gone and not ready, F: stays F:. It comes back as D:.
-        setMounts(system + mountLine(3, "/mnt/backup\\040disk", "/dev/sdc1"));
-        EXPECT_EQ(lettersOf(table), "C=/ E=/srv/demo-stick F=/mnt/backup disk H=/home/anna ");
-        EXPECT_FALSE(table.ready('D'));
-        EXPECT_EQ(failureOf([&] { nativePath(table, "D:\\Backup"); }), kFailDeviceUnavailable);
-        // Another stick meanwhile takes the next free letter, not the absent one's D:.
-        setMounts(system + mountLine(3, "/mnt/backup\\040disk", "/dev/sdc1") +
-                  mountLine(4, "/media/anna/OTHER", "/dev/sde1"));
-        EXPECT_EQ(table.find('G')->root, "/media/anna/OTHER");
-        EXPECT_FALSE(table.find('D').has_value());
-        setMounts(system + mountLine(3, "/mnt/backup\\040disk", "/dev/sdc1") +
-                  mountLine(5, "/media/anna/STICK", "/dev/sdb1"));
-        EXPECT_TRUE(table.find('d').has_value());
-        EXPECT_EQ(table.find('D')->root, "/media/anna/STICK");
     }
     // A new start without the variable: the disk under /mnt keeps F:, E: is free again, and a
     // volume never seen before takes the first letter nobody holds.
