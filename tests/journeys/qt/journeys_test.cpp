@@ -165,7 +165,8 @@ TEST_F(Journey, TheStickPulledDuringTheWatchAndPutBack) {
     const fs::path away = machine.temp.native("stick-away");
     fs::rename(stick(), away);
     EXPECT_TRUE(QTest::qWaitFor([&] { return !window.LblStation->text().isEmpty(); }, 3000));
-    EXPECT_TRUE(window.LblStation->text().startsWith("U heeft het station E: ontkoppeld"));
+    EXPECT_TRUE(window.LblStation->text().startsWith(
+        "U heeft het station E: ontkoppeld, sluit deze weer aan\r\n"));
 
     // Back Up while it is away tells the user (the repaint of the panel after the run's box
     // meets the same); nothing is written anywhere.
@@ -175,10 +176,13 @@ TEST_F(Journey, TheStickPulledDuringTheWatchAndPutBack) {
     EXPECT_TRUE(robot.seen[1].text.startsWith("68 ")) << robot.seen[1].text.toStdString();
     EXPECT_TRUE(namesIn(away).empty());
 
+    // Back, with a folder another machine put there: the panel shows it without a click.
+    fs::create_directory(away / "Backup2026-11-10");
     fs::rename(away, stick());
     EXPECT_TRUE(QTest::qWaitFor([&] { return window.LblStation->text().isEmpty(); }, 3000));
+    EXPECT_EQ(window.TargetDirectories->count(), 2);
     backUp(window);
-    EXPECT_EQ(namesIn(stick()), Names{backupFolder(0)});
+    EXPECT_EQ(namesIn(stick()), (Names{"Backup2026-11-10", backupFolder(0)}));
 }
 
 TEST_F(Journey, AFullStick) {
