@@ -39,10 +39,12 @@ std::string caption(const QString& text) {
     return QString(text).remove('&').toStdString();
 }
 
-// Beside the stick's backup of loose files, one of files and a folder, and one of a folder alone.
+// Beside the stick's backup of loose files, one of files and a folder, one of a folder alone,
+// and an empty one.
 class GuideTest : public nvtest::WindowWithHelp {
 protected:
     void SetUp() override {
+        std::filesystem::create_directories(machine.temp.native("Stick/Backup2026-11-13"));
         machine.temp.write("Stick/Backup2026-11-15/NV.ini", "x");
         machine.temp.write("Stick/Backup2026-11-15/Docs/a.doc", "x");
         machine.temp.write("Stick/Backup2026-11-14/Docs/a.doc", "x");
@@ -114,19 +116,33 @@ TEST_F(GuideTest, WhatTheGuidePromisesTheProgramDoes) {
             EXPECT_TRUE(kept(claim)) << "the program has no such " << kind << ": " << claim;
     }
 
-    // Deleting old backups: loose files go with their folder; a folder that holds folders stays,
-    // without its loose files. Every box on the way is one the guide quotes.
-    for (const char* name : {"Backup2026-11-16", "Backup2026-11-15", "Backup2026-11-14"}) {
+    // Deleting old backups: after the question, loose files go with their folder; a folder that
+    // holds folders, or nothing, stays with a box. Every box that ends a try is one the guide
+    // quotes, and the panel goes back to the stick's root.
+    const std::string several = "U heeft meerdere directories in deze file staan, u dient deze "
+                                "\u00e9\u00e9n voor \u00e9\u00e9n te verwijderen";
+    const std::tuple<const char*, Answer, bool> deletions[] = {
+        {"Backup2026-11-16", Answer::No, true},  {"Backup2026-11-16", Answer::Yes, false},
+        {"Backup2026-11-15", Answer::Yes, true}, {"Backup2026-11-14", Answer::Yes, true},
+        {"Backup2026-11-13", Answer::Yes, true},
+    };
+    for (const auto& [name, answer, stays] : deletions) {
+        SCOPED_TRACE(name);
         open(name);
         const size_t before = machine.boxes.shown.size();
-        machine.boxes.answer(Answer::Yes);
+        machine.boxes.answer(answer);
         QTest::mouseClick(window.CmdDeleteDir, Qt::LeftButton);
         settle();
-        ASSERT_GT(machine.boxes.shown.size(), before) << name;
-        EXPECT_NE(guide.find("*" + machine.boxes.shown.back().text + "*"), std::string::npos)
-            << machine.boxes.shown.back().text;
+        ASSERT_GT(machine.boxes.shown.size(), before);
+        const MessageBoxRequest& question = machine.boxes.shown[before];
+        EXPECT_EQ(question.text, std::string("Wilt u de map E:\\") + name + " verwijderen?");
+        EXPECT_EQ(question.title, "Verwijderen Map");
+        const std::string& last = machine.boxes.shown.back().text;
+        EXPECT_EQ(last, stays && answer == Answer::Yes ? several : question.text);
+        EXPECT_NE(guide.find("*" + last + "*"), std::string::npos) << last;
+        EXPECT_EQ(machine.temp.exists(std::string("Stick/") + name), stays);
+        EXPECT_EQ(window.TargetDirectories->path(), "E:\\");
     }
-    EXPECT_FALSE(machine.temp.exists("Stick/Backup2026-11-16"));
     EXPECT_FALSE(machine.temp.exists("Stick/Backup2026-11-15/NV.ini"));
     EXPECT_TRUE(machine.temp.exists("Stick/Backup2026-11-15/Docs/a.doc"));
     EXPECT_TRUE(machine.temp.exists("Stick/Backup2026-11-14/Docs/a.doc"));
