@@ -89,6 +89,7 @@ TEST_F(FrmMainTest, FormLoadFillsTheWindowAndOpensTheTargetDrive) {
     FrmMain window;
     window.Form_Load();
 
+    EXPECT_EQ(window.windowTitle(), "Norvale Backup & Restore ");
     ASSERT_EQ(window.LstSelectedFiles->count(), 3);
     EXPECT_EQ(window.LstSelectedFiles->item(2)->text(), "C:\\Docs\\a.doc");
     // The assignment of E: moved the selection, so the drive change did its whole work.
