@@ -42,39 +42,24 @@ TEST(Wildcards, FoldCaseBeyondAscii) {
 
 TEST(FatNames, RefuseWhatAFatOrExfatStickCannotHold) {
     using K = nv::FatRefusal;
-    struct Case {
-        std::string name;
-        bool refused;
-        K::Kind kind;
-        char character;
-    };
-    const Case cases[] = {
-        {"NV_Ledger01.mdb", false, {}, 0},
-        {"Notulen 10.30 (kopie) [2] #1 & €.txt", false, {}, 0},
-        {".verborgen", false, {}, 0},
-        {"Notulen 10:30.txt", true, K::Character, ':'},
-        {"a<b", true, K::Character, '<'},
-        {"a>b", true, K::Character, '>'},
-        {"\"a\"", true, K::Character, '"'},
-        {"a\\b", true, K::Character, '\\'},
-        {"a|b", true, K::Character, '|'},
-        {"a?", true, K::Character, '?'},
-        {"*.txt", true, K::Character, '*'},
-        {"regel\neinde", true, K::Control, 0},
-        {std::string("nul\0x", 5), true, K::Control, 0},
-        {"versie.", true, K::TrailingDot, 0},
-        {"los ", true, K::TrailingBlank, 0},
-        {"los. ", true, K::TrailingBlank, 0},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
-        auto refusal = nv::fatRefusal(c.name);
-        ASSERT_EQ(refusal.has_value(), c.refused);
-        if (!refusal)
-            continue;
-        EXPECT_EQ(refusal->kind, c.kind);
-        EXPECT_EQ(refusal->character, c.character);
+    for (const char* name :
+         {"NV_Ledger01.mdb", "Notulen 10.30 (kopie) [2] #1 & €.txt", ".verborgen"})
+        EXPECT_FALSE(nv::fatRefusal(name).has_value()) << name;
+    for (char c : std::string("<>:\"\\|?*")) {
+        std::string name = "a b";
+        name[1] = c;
+        auto refusal = nv::fatRefusal(name);
+        ASSERT_TRUE(refusal.has_value()) << c;
+        EXPECT_EQ(refusal->kind, K::Character) << c;
+        EXPECT_EQ(refusal->character, c);
     }
+    const std::pair<std::string, K::Kind> others[] = {
+        {"regel\neinde", K::Control}, {std::string("nul\0x", 5), K::Control},
+        {"versie.", K::TrailingDot},  {"los ", K::TrailingBlank},
+        {"los. ", K::TrailingBlank},
+    };
+    for (const auto& [name, kind] : others)
+        EXPECT_EQ(nv::fatRefusal(name).value_or(K{K::Character, '?'}).kind, kind) << name;
 }
 
 TEST(CopyTemporaries, TellTheProcessThatWroteThem) {

@@ -3,7 +3,6 @@
 
 #include <fstream>
 #include <gtest/gtest.h>
-#include <sstream>
 #include <sys/stat.h>
 
 using namespace nv;
@@ -11,11 +10,10 @@ namespace fs = std::filesystem;
 
 namespace {
 
-std::string fileText(const fs::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream out;
-    out << in.rdbuf();
-    return out.str();
+// The table after its first line, which says what the file is.
+std::string rows(const nvtest::TempFolder& temp, const std::string& relative) {
+    const std::string text = temp.read(relative);
+    return text.substr(text.find('\n') + 1);
 }
 
 // Each row is one start of the program: the volumes plugged in (in mount point order) and the
@@ -50,7 +48,7 @@ TEST(DriveLetterMemory, AVolumeKeepsItsLetterAcrossStartsAndPlugOrders) {
         EXPECT_EQ(std::string(given.begin(), given.end()), start.letters);
     }
     // The guest letters were not kept; the file says what a user would read in it.
-    EXPECT_EQ(fileText(path).substr(fileText(path).find('\n') + 1),
+    EXPECT_EQ(rows(temp, "state/norvale-backup/drive-letters"),
               "D 1004 label:STICKA\nE 1006 label:STICKB\nF 1004 label:STICKC\n"
               "G 1006 label:STICKD\nH 1007 uuid:1234-ABCD\n");
     struct stat st {};
@@ -104,8 +102,7 @@ TEST(DriveLetterMemory, ADamagedOrUnreadableFileIsRebuiltNeverAReasonToFail) {
         // What could be read stands; the rest is gone from the file.
         const char expected = what == "a half line and duplicates" ? 'E' : 'D';
         EXPECT_EQ(given, std::vector<char>{expected});
-        EXPECT_EQ(fileText(path).substr(fileText(path).find('\n') + 1),
-                  std::string(1, expected) + " 50 label:STICKB\n");
+        EXPECT_EQ(rows(temp, "letters"), std::string(1, expected) + " 50 label:STICKB\n");
     }
     // A folder where the file should be: the letters hold in this process all the same.
     fs::remove(path);

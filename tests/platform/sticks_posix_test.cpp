@@ -1,8 +1,8 @@
 // Real sticks: labelled file system images on loop devices, mounted under /media as a desktop
 // mounts them, across several starts of the program. Root only; skipped elsewhere.
 #include "platform/posix/DriveTable.h"
+#include "platform/posix/Mounts.h"
 #include "platform/posix/PosixFileSystem.h"
-#include "platform/posix/PosixPathResolution.h"
 #include "support/FailureOf.h"
 #include "support/TempFolder.h"
 
@@ -10,6 +10,8 @@
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <map>
+#include <set>
 #include <sstream>
 #include <sys/mount.h>
 #include <unistd.h>
@@ -32,38 +34,22 @@ bool kernelHas(const std::string& type) {
     return false;
 }
 
-// The source device of what is mounted at point, from this process's mount table.
-std::string deviceAt(const fs::path& point) {
-    std::ifstream in("/proc/self/mountinfo");
-    std::string found;
-    for (std::string line; std::getline(in, line);) {
-        std::istringstream f(line);
-        std::string id, parent, dev, root, at, word;
-        f >> id >> parent >> dev >> root >> at;
-        while (f >> word && word != "-") {
-        }
-        std::string type, source;
-        f >> type >> source;
-        if (at == point.string())
-            found = source;
-    }
-    return found;
-}
-
-// A labelled stick image of one file system type, with the names the device manager gives it
-// (links in by-uuid and by-label under disk/) while it is plugged in.
+// A labelled stick image (STICKA has uuid aaaaaaaa-..., of ext4 unless told), with the names
+// the device manager gives it (links in by-uuid and by-label under disk/) while it is plugged in.
 class Stick {
 public:
-    Stick(const fs::path& folder, std::string label, std::string type, std::string uuid)
-        : image_(folder / (label + ".img")), disk_(folder / "disk"), label_(std::move(label)),
-          type_(std::move(type)), uuid_(std::move(uuid)) {
+    Stick(const fs::path& folder, char name, const std::string& type)
+        : image_(folder / (std::string(1, name) + ".img")), disk_(folder / "disk"),
+          label_("STICK" + std::string(1, name)), type_(type),
+          uuid_(std::string(8, name + 32) + "-0000-4000-8000-00000000000" + char(name + 32)) {
         fs::create_directories(disk_ / "by-uuid");
         fs::create_directories(disk_ / "by-label");
+        // A FAT volume id is 8 hex digits, shown as AAAA-AAAA.
+        const std::string make = type_ == "vfat"
+                                     ? "mkfs.vfat -n " + label_ + " -i " + uuid_.substr(0, 8)
+                                     : "mkfs.ext4 -q -F -L " + label_ + " -U " + uuid_;
         made_ = shell("truncate -s 40M '" + image_.string() + "'") &&
-                (type_ == "vfat" ? shell("mkfs.vfat -n " + label_ + " -i " + volumeId() + " '" +
-                                         image_.string() + "'")
-                                 : shell("mkfs.ext4 -q -F -L " + label_ + " -U " + uuid_ + " '" +
-                                         image_.string() + "'"));
+                shell(make + " '" + image_.string() + "'");
     }
     ~Stick() { unplug(); }
     bool made() const { return made_; }
@@ -74,7 +60,9 @@ public:
                    "'"))
             return false;
         point_ = point;
-        const std::string device = deviceAt(point);
+        std::ostringstream table;
+        table << std::ifstream("/proc/self/mountinfo").rdbuf();
+        const std::string device = mountHolding(parseMountinfo(table.str()), point)->source;
         fs::create_symlink(device, disk_ / "by-uuid" / uuid_);
         fs::create_symlink(device, disk_ / "by-label" / label_);
         return true;
@@ -91,9 +79,6 @@ public:
     const fs::path& point() const { return point_; }
 
 private:
-    // The volume id of a FAT file system: 8 hex digits, shown as ABCD-1234.
-    std::string volumeId() const { return uuid_.substr(0, 4) + uuid_.substr(5, 4); }
-
     fs::path image_, disk_, point_;
     std::string label_, type_, uuid_;
     bool made_ = false;
@@ -106,20 +91,17 @@ protected:
             GTEST_SKIP() << "needs root to mount";
         if (!shell("command -v mkfs.ext4") || !kernelHas("ext4"))
             GTEST_SKIP() << "needs mkfs.ext4 and ext4 in the kernel";
-        const std::string type =
+        const std::string fat =
             shell("command -v mkfs.vfat") && kernelHas("vfat") ? "vfat" : "ext4";
-        sticks_.push_back(std::make_unique<Stick>(temp_.native(), "STICKA", "ext4",
-                                                  "a1a1a1a1-0000-4000-8000-00000000000a"));
-        sticks_.push_back(std::make_unique<Stick>(temp_.native(), "STICKB", type,
-                                                  "b2b2b2b2-0000-4000-8000-00000000000b"));
-        sticks_.push_back(std::make_unique<Stick>(temp_.native(), "STICKC", "ext4",
-                                                  "c3c3c3c3-0000-4000-8000-00000000000c"));
+        for (char name : {'A', 'B', 'C'})
+            sticks_.push_back(std::make_unique<Stick>(temp_.native(), name,
+                                                      name == 'B' ? fat : std::string("ext4")));
         for (auto& stick : sticks_)
             if (!stick->made())
                 GTEST_SKIP() << "cannot make a stick image here";
         if (!plug('A'))
             GTEST_SKIP() << "cannot mount a loop device here";
-        unplug('A');
+        stick('A').unplug();
     }
     void TearDown() override {
         sticks_.clear();
@@ -129,7 +111,6 @@ protected:
 
     Stick& stick(char name) { return *sticks_[static_cast<std::size_t>(name - 'A')]; }
     bool plug(char name) { return stick(name).plugIn(media_ / ("STICK" + std::string(1, name))); }
-    void unplug(char name) { stick(name).unplug(); }
 
     // A start of the program for this user.
     std::unique_ptr<DriveTable> start(const std::string& variable = "") {
@@ -139,15 +120,12 @@ protected:
         o.devDisk = temp_.native("disk").string();
         return std::make_unique<DriveTable>(o);
     }
-    // The letter of a stick in a table's list, 0 when it is not listed; its label beside it.
-    static std::pair<char, std::string> entryOf(DriveTable& table, const fs::path& point) {
+    // The first drive a table lists that matches; letter 0 when none does.
+    template <class Match> static DriveInfo listed(DriveTable& table, Match match) {
         for (const DriveInfo& d : table.list())
-            if (d.root == point.string())
-                return {d.letter, d.label};
-        return {0, ""};
-    }
-    char letterOf(DriveTable& table, char name) {
-        return entryOf(table, stick(name).point()).first;
+            if (match(d))
+                return d;
+        return DriveInfo{0, "", "", false};
     }
 
     nvtest::TempFolder temp_;
@@ -156,91 +134,74 @@ protected:
     std::vector<std::unique_ptr<Stick>> sticks_;
 };
 
-TEST_F(RealSticks, TheChosenTargetKeepsItsStickAcrossStartsAndPlugOrders) {
-    // Start 1 with A and B: the user picks B's letter as target.
-    ASSERT_TRUE(plug('A') && plug('B'));
-    auto table = start();
-    const char target = letterOf(*table, 'B');
-    const char letterA = letterOf(*table, 'A');
-    ASSERT_GE(target, 'D');
-    EXPECT_EQ(entryOf(*table, stick('B').point()).second, "STICKB");
-    EXPECT_NE(letterA, target);
-    table.reset();
-
-    // Start 2 with B and C, A gone; C was mounted first.
-    unplug('A');
-    unplug('B');
-    ASSERT_TRUE(plug('C') && plug('B'));
-    table = start();
-    EXPECT_EQ(letterOf(*table, 'B'), target);
-    const char letterC = letterOf(*table, 'C');
-    EXPECT_TRUE(letterC != 0 && letterC != target && letterC != letterA);
-    PosixFileSystem files(*table);
-    files.makeFolder(std::string(1, target) + ":\\Backup2026-11-17");
-    files.writeFile(std::string(1, target) + ":\\Backup2026-11-17\\NV.ini", "x");
-    EXPECT_TRUE(fs::is_regular_file(stick('B').point() / "Backup2026-11-17" / "NV.ini"));
-    table.reset();
-
-    // Start 3 with C alone: the target is not connected, and nothing reaches C through it.
-    unplug('B');
-    table = start();
-    EXPECT_EQ(letterOf(*table, 'C'), letterC);
-    EXPECT_FALSE(table->ready(target));
-    PosixFileSystem files3(*table);
-    EXPECT_EQ(failureOf([&] { files3.makeFolder(std::string(1, target) + ":\\Backup"); }),
-              kFailDeviceUnavailable);
-    EXPECT_EQ(failureOf([&] { files3.firstMatch(std::string(1, target) + ":\\*."); }),
-              kFailDeviceUnavailable);
-    EXPECT_FALSE(fs::exists(stick('C').point() / "Backup"));
-
-    // While it runs, A comes back and then B: each takes its own letter again.
-    ASSERT_TRUE(plug('A'));
-    EXPECT_EQ(letterOf(*table, 'A'), letterA);
-    EXPECT_FALSE(table->ready(target));
-    ASSERT_TRUE(plug('B'));
-    EXPECT_TRUE(table->ready(target));
-    EXPECT_EQ(files3.firstMatch(std::string(1, target) + ":\\backup2026-11-17\\*.ini"), "NV.ini");
-}
-
-TEST_F(RealSticks, SystemMountsAreNotListed) {
-    ASSERT_TRUE(plug('A'));
-    // A memory file system under /media and under /mnt, and a second view of the stick.
-    fs::path ram = media_ / "RAM", sandbox = "/mnt/nvtest" + std::to_string(::getpid());
-    fs::path view = media_ / "view";
-    for (const fs::path& p : {ram, sandbox, view})
-        fs::create_directories(p);
-    ASSERT_EQ(::mount("nvtest", ram.c_str(), "tmpfs", 0, "size=1m"), 0);
-    ASSERT_EQ(::mount("nvtest", sandbox.c_str(), "tmpfs", MS_RDONLY, "size=1m"), 0);
-    ASSERT_EQ(::mount(stick('A').point().c_str(), view.c_str(), nullptr, MS_BIND, nullptr), 0);
-    auto table = start();
-    for (const fs::path& p : {ram, sandbox, view})
-        EXPECT_EQ(entryOf(*table, p).first, 0) << p;
-    EXPECT_NE(letterOf(*table, 'A'), 0);
-    for (const fs::path& p : {view, sandbox, ram}) {
-        ::umount2(p.c_str(), MNT_DETACH);
-        fs::remove(p);
+// The user picks B's letter as target at the first start. Each row is a new start, or a plug
+// while the program runs: every stick keeps its first letter, and the target reaches B or
+// nothing at all.
+TEST_F(RealSticks, EveryStickKeepsItsLetterAndTheTargetReachesOnlyItsOwn) {
+    const std::pair<bool, std::string> steps[] = {
+        {true, "AB"}, {true, "BC"}, {true, "C"}, {false, "AC"}, {false, "ABC"}};
+    std::unique_ptr<DriveTable> table;
+    std::map<char, char> letters; // stick → the letter it got first
+    for (const auto& [newStart, plugged] : steps) {
+        SCOPED_TRACE(plugged);
+        for (char name : {'A', 'B', 'C'}) {
+            const bool wanted = plugged.find(name) != std::string::npos;
+            if (!wanted)
+                stick(name).unplug();
+            ASSERT_TRUE(!wanted || !stick(name).point().empty() || plug(name));
+        }
+        if (newStart) {
+            table.reset();
+            table = start();
+        }
+        std::set<char> seen;
+        for (char name : plugged) {
+            const DriveInfo d =
+                listed(*table, [&](auto& d) { return d.root == stick(name).point(); });
+            ASSERT_NE(d.letter, 0) << name;
+            EXPECT_EQ(d.label, "STICK" + std::string(1, name));
+            EXPECT_EQ(letters.try_emplace(name, d.letter).first->second, d.letter) << name;
+            EXPECT_TRUE(seen.insert(d.letter).second) << name << " shares a letter";
+        }
+        const std::string target(1, letters.at('B'));
+        const bool there = plugged.find('B') != std::string::npos;
+        EXPECT_EQ(table->ready(target[0]), there);
+        PosixFileSystem files(*table);
+        EXPECT_EQ(failureOf([&] { files.writeFile(target + ":\\NV.ini", "x"); }),
+                  there ? 0 : kFailDeviceUnavailable);
+        EXPECT_EQ(failureOf([&] { files.firstMatch(target + ":\\nv.INI"); }),
+                  there ? 0 : kFailDeviceUnavailable);
+        for (char name : plugged)
+            EXPECT_EQ(fs::exists(stick(name).point() / "NV.ini"), name == 'B') << name;
     }
 }
 
 // A stick given with NVBACKUP_DRIVES and then unmounted leaves its empty mount point: that is
 // not the drive, and another stick mounted there is not either.
-TEST_F(RealSticks, AGivenStickThatIsUnmountedIsNotConnected) {
+TEST_F(RealSticks, AGivenStickIsConnectedOnlyWhileItIsMountedWhereItWas) {
     ASSERT_TRUE(plug('B'));
-    auto table = start("E=" + stick('B').point().string());
-    PosixFileSystem files(*table);
-    EXPECT_TRUE(table->ready('E'));
     const fs::path point = stick('B').point();
-    stick('B').unplug();
-    fs::create_directories(point); // the empty folder a forced removal leaves
-    EXPECT_FALSE(table->ready('E'));
-    EXPECT_EQ(failureOf([&] { files.makeFolder("E:\\Backup2026-11-17"); }), kFailDeviceUnavailable);
-    EXPECT_FALSE(fs::exists(point / "Backup2026-11-17"));
-    // C mounted in the same place is another stick.
-    ASSERT_TRUE(stick('C').plugIn(point));
-    EXPECT_FALSE(table->ready('E'));
-    stick('C').unplug();
-    ASSERT_TRUE(stick('B').plugIn(point));
-    EXPECT_TRUE(table->ready('E'));
+    auto table = start("E=" + point.string() + ";F=" + temp_.native().string());
+    PosixFileSystem files(*table);
+    for (const char mounted : {'B', ' ', 'C', 'B'}) {
+        SCOPED_TRACE(mounted);
+        for (char name : {'B', 'C'})
+            stick(name).unplug();
+        fs::create_directories(point); // the empty folder a forced removal leaves
+        ASSERT_TRUE(mounted == ' ' || stick(mounted).plugIn(point));
+        const bool ready = mounted == 'B';
+        EXPECT_EQ(table->ready('E'), ready);
+        EXPECT_EQ(failureOf([&] { files.makeFolder("E:\\Backup2026-11-17"); }),
+                  ready ? 0 : kFailDeviceUnavailable);
+        EXPECT_EQ(fs::exists(point / "Backup2026-11-17"), ready);
+        fs::remove(point / "Backup2026-11-17");
+        // The list still names the letter, with the label while the stick is there.
+        const DriveInfo e = listed(*table, [](auto& d) { return d.letter == 'E'; });
+        ASSERT_EQ(e.letter, 'E');
+        EXPECT_EQ(e.label, ready ? "STICKB" : "");
+        // A plain folder given the same way is there all along.
+        EXPECT_TRUE(table->ready('F'));
+    }
 }
 
 } // namespace
