@@ -28,28 +28,25 @@ const int kListed[] = {0, 1, 2, 3, 5, 6, 7, 10};
 
 class StartPosix : public ::testing::Test {
 protected:
-    ~StartPosix() override { driveTableOf(machine.platform).remove('E'); }
-
     // The production files in a folder below the temporary one, and the program started there.
     void install(const std::string& folder) {
         for (int row : kListed)
             machine.temp.write(folder + "/" + fKnownFileName(row), fKnownFileName(row));
         machine.process.path = machine.temp.drive(folder);
     }
-    // A backup to the stick, every box answered with its default.
+    // A backup to a fresh stick, every box answered with its default; what it holds.
     std::vector<std::string> backUp() {
-        fs::create_directories(machine.temp.native("stick"));
-        driveTableOf(machine.platform).setFolder('E', machine.temp.native("stick").string());
-        AppSettings.DriveTarget = "E:";
+        nvtest::TestStick stick(machine.temp);
+        AppSettings.DriveTarget = stick.drive();
         nvtest::FakeBackupWindows windows;
         int16_t intLoop = 0;
         std::string folder;
         Cmd_Backup_Click(windows, intLoop, folder);
         std::vector<std::string> names;
-        for (const auto& entry :
-             fs::directory_iterator(machine.temp.native("stick/" + nvtest::kToday)))
+        for (const auto& entry : fs::directory_iterator(stick.native(nvtest::kToday)))
             names.push_back(entry.path().filename().string());
         std::sort(names.begin(), names.end());
+        fs::remove_all(stick.native());
         return names;
     }
     std::vector<std::string> knownNames() {
@@ -81,7 +78,6 @@ TEST_F(StartPosix, InstallFoldersInAnyLanguageAreStoredAndBackedUpWhole) {
         EXPECT_EQ(backUp(), knownNames());
         ASSERT_EQ(machine.boxes.shown.size(), 2u);
         EXPECT_EQ(machine.boxes.shown[1].title, "Back Up");
-        fs::remove_all(machine.temp.native("stick"));
         machine.boxes.shown.clear();
     }
 }
