@@ -39,13 +39,6 @@ protected:
     std::string sized(const std::string& name, std::size_t size) {
         return source(name, std::string(size, 'n'));
     }
-    std::size_t temporariesOfToday() const {
-        std::error_code ec;
-        std::size_t count = 0;
-        for (const auto& entry : fs::directory_iterator(point / kToday, ec))
-            count += isCopyTemporary(entry.path().filename().string());
-        return count;
-    }
     // The run stopped at its copy number copies with one box, leaving today's folder for the
     // list with only whole copies in it.
     void expectStopped(const std::string& text, int copies, const Log& left) {
@@ -204,13 +197,13 @@ TEST_F(RealTarget, ARunKilledInTheMiddleOfAGroupLeavesOnlyTemporaries) {
         int status = 0;
         const auto until = std::chrono::steady_clock::now() + std::chrono::seconds(30);
         while (child > 0 && ::waitpid(child, &status, WNOHANG) == 0) {
-            if ((inTheMiddle && temporariesOfToday() == 2) ||
+            if ((inTheMiddle && machine.temp.copyLeftovers("stick/" + kToday) == 2) ||
                 std::chrono::steady_clock::now() > until)
                 ::kill(child, SIGKILL);
             std::this_thread::sleep_for(std::chrono::microseconds(200));
         }
         ASSERT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL);
-        EXPECT_EQ(temporariesOfToday(), 2u);
+        EXPECT_EQ(machine.temp.copyLeftovers("stick/" + kToday), 2u);
         EXPECT_EQ(entries(kToday).size(), 2u);
 
         windows.beforeCopy = nullptr;
