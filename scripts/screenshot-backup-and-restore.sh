@@ -62,16 +62,21 @@ wait_for painted "$copy_id"
 echo "  progress window $copy shown $(($(ms_now) - pressed)) ms after OK"
 
 # Two quick grabs of the window itself, turned into pictures afterwards: a capture of the whole
-# screen takes longer than the second between the shots.
+# screen takes longer than the second between the shots. A grab that fails with the window still
+# there is xwd's fault, and is told as such.
+grab_copy_window() {
+    if ! xwd -id "$copy_id" -silent >"$dir/copy-$1.xwd" 2>"$dir/xwd.err" ||
+        ! shown "$copy_title"; then
+        shown "$copy_title" || fail "the progress window closed before shot $1"
+        fail "xwd could not grab the progress window: $(cat "$dir/xwd.err")"
+    fi
+}
 first=$(ms_now)
-xwd -id "$copy_id" -silent >"$dir/copy-1.xwd" 2>/dev/null ||
-    fail "the progress window closed before the first shot"
+grab_copy_window 1
 left=$((1000 - ($(ms_now) - first)))
 [ "$left" -le 0 ] || sleep "$(printf '%d.%03d' $((left / 1000)) $((left % 1000)))"
 second=$(ms_now)
-if ! xwd -id "$copy_id" -silent >"$dir/copy-2.xwd" 2>/dev/null || ! shown "$copy_title"; then
-    fail "the progress window closed before the second shot; copy-2.png does not show it"
-fi
+grab_copy_window 2
 echo "  shots $((second - first)) ms apart, taken $((first - pressed)) and $((second - pressed)) ms after OK"
 wait "$clip_pid" || fail "the progress window shows no clip '$clip_name'"
 clip="$(cat "$dir/clip")"

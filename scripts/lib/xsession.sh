@@ -12,10 +12,11 @@ atspi="$root/scripts/lib/atspi.py"
 main_title="Norvale Backup & Restore "
 splash_title="Norvale Backup"
 
-# Installs what the scripts need beyond the build's own dependencies.
+# Installs what the scripts need beyond the build's own dependencies: ImageMagick, xwininfo
+# (x11-utils) and xwd (x11-apps).
 install_tools() {
     bash scripts/install-deps.sh
-    bash scripts/install-deps.sh imagemagick x11-utils
+    bash scripts/install-deps.sh imagemagick x11-utils x11-apps
 }
 
 build_program() {

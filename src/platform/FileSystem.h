@@ -21,7 +21,11 @@ struct StagedCopy {
     std::uintmax_t bytes = 0;
     unsigned long attributes = 0; // what the platform gives the destination once in place
     ContentDigest written;        // of the bytes the source gave while they were copied
-    std::shared_ptr<void> hold;   // what the platform keeps open until the data is flushed
+    // What of a large copy was already read back from the medium while it was written: the
+    // bytes before readUpTo, digested in readSoFar. The read-back after the flush goes on there.
+    std::uint64_t readUpTo = 0;
+    Digester readSoFar;
+    std::shared_ptr<void> hold; // what the platform keeps open until the data is flushed
 };
 
 // The rules a file system sets for names: FAT and exFAT refuse some that others take.

@@ -137,11 +137,86 @@ char* ioBuffer() {
     return buffer.get();
 }
 
+// Reads bytes [from, to) of an open file into digest, stopping early only at its end. Returns 0
+// or the errno of the failure.
+int readInto(int fd, std::uint64_t from, std::uint64_t to, Digester& digest) {
+    char* buffer = ioBuffer();
+    while (from < to) {
+        const std::size_t want =
+            static_cast<std::size_t>(std::min<std::uint64_t>(kBuffer, to - from));
+        ssize_t n = ::pread(fd, buffer, want, static_cast<off_t>(from));
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n < 0)
+            return errno;
+        if (n == 0)
+            return 0;
+        digest.add(buffer, static_cast<std::size_t>(n));
+        from += static_cast<std::uint64_t>(n);
+    }
+    return 0;
+}
+
+// Drops the machine's cached pages of a flushed file, so that its next read comes from the
+// medium and not from memory.
+void dropCached(int fd, std::uint64_t from = 0, std::uint64_t size = 0) {
+    ::posix_fadvise(fd, static_cast<off_t>(from), static_cast<off_t>(size), POSIX_FADV_DONTNEED);
+}
+
+// A large copy is read back while it is written, one segment behind: once the kernel has put a
+// segment on the medium, it leaves memory and is read again while the next one is written, so
+// that the medium reads and writes at once. The read-back after the flush goes on from there.
+// At most two segments wait in memory unwritten.
+class ReadBehind {
+public:
+    static constexpr std::uint64_t kSegment = std::uint64_t{32} << 20;
+
+    ReadBehind(int fd, StagedCopy& copy) : fd_(fd), copy_(copy) {}
+
+    // Takes the count of bytes written so far; returns 0 or the errno of the failure.
+    int written(std::uint64_t done) {
+        if (!on_ || done - sent_ < kSegment)
+            return 0;
+        if (::sync_file_range(fd_, static_cast<off_t>(sent_), static_cast<off_t>(done - sent_),
+                              SYNC_FILE_RANGE_WRITE) != 0)
+            return stopOn(errno);
+        const std::uint64_t from = copy_.readUpTo;
+        const std::uint64_t to = sent_;
+        sent_ = done;
+        if (from == to)
+            return 0;
+        if (::sync_file_range(fd_, static_cast<off_t>(from), static_cast<off_t>(to - from),
+                              SYNC_FILE_RANGE_WAIT_BEFORE | SYNC_FILE_RANGE_WRITE |
+                                  SYNC_FILE_RANGE_WAIT_AFTER) != 0)
+            return stopOn(errno);
+        dropCached(fd_, from, to - from);
+        if (int err = readInto(fd_, from, to, copy_.readSoFar))
+            return err;
+        dropCached(fd_, from, to - from);
+        copy_.readUpTo = to;
+        return 0;
+    }
+
+private:
+    // A file system that cannot write a part of a file on its own leaves it all to the flush.
+    int stopOn(int err) {
+        if (err != EINVAL && err != ESPIPE && err != ENOSYS && err != EOPNOTSUPP)
+            return err;
+        on_ = false;
+        return 0;
+    }
+
+    int fd_;
+    StagedCopy& copy_;
+    std::uint64_t sent_ = 0; // bytes handed to the kernel's write-back
+    bool on_ = true;
+};
+
 // Copies the bytes of one open file to another, reading the source once, and digests exactly
 // what was written. The kernel's own copy is much the fastest way here; what it wrote is then
 // taken back from the destination's pages while they are still in memory. Where the kernel cannot
 // copy between the two, large reads and writes do. Returns 0 or the errno of the failure.
-int copyDigesting(int from, int to, Digester& digest) {
+int copyDigesting(int from, int to, Digester& digest, ReadBehind& behind) {
     char* buffer = ioBuffer();
     bool fast = true;
     for (std::uint64_t done = 0;;) {
@@ -180,6 +255,8 @@ int copyDigesting(int from, int to, Digester& digest) {
             return 0;
         digest.add(buffer, static_cast<std::size_t>(n));
         done += static_cast<std::uint64_t>(n);
+        if (int err = behind.written(done))
+            return err;
     }
 }
 
@@ -214,7 +291,8 @@ void writeTemporary(const Fd& in, const Destination& to, StagedCopy& copy, Bits 
         throwErrno(errno, copy.destination);
 
     Digester digest;
-    int err = copyDigesting(in.fd, out.fd, digest);
+    ReadBehind behind(out.fd, copy);
+    int err = copyDigesting(in.fd, out.fd, digest, behind);
     if (err == 0 && replaces) {
         // The owner first: a change of owner clears the set-id bits that the mode then puts back.
         if ((old.st_uid != ::geteuid() || old.st_gid != ::getegid()) &&
@@ -239,12 +317,6 @@ void writeTemporary(const Fd& in, const Destination& to, StagedCopy& copy, Bits 
     }
     copy.temporary = joinNative(to.folderPath, temp);
     copy.written = digest.digest();
-}
-
-// Drops the machine's cached pages of a flushed file, so that its next read comes from the
-// medium and not from memory.
-void dropCached(int fd) {
-    ::posix_fadvise(fd, 0, 0, POSIX_FADV_DONTNEED);
 }
 
 // Reads size bytes at offset; fewer only at the end of the file. Returns the count read, or
@@ -317,7 +389,8 @@ void prepare(ReadBack& read, const StagedCopy& copy, bool placed) {
     }
     dropCached(read.fd.fd);
     if (!placed) {
-        ::posix_fadvise(read.fd.fd, 0, kReadAheadBytes, POSIX_FADV_WILLNEED);
+        ::posix_fadvise(read.fd.fd, static_cast<off_t>(copy.readUpTo), kReadAheadBytes,
+                        POSIX_FADV_WILLNEED);
     } else {
         ::posix_fadvise(read.fd.fd, 0, kDigestBlock, POSIX_FADV_WILLNEED);
         ::posix_fadvise(read.fd.fd, static_cast<off_t>(lastBlockStart(read.size)), kDigestBlock,
@@ -328,18 +401,13 @@ void prepare(ReadBack& read, const StagedCopy& copy, bool placed) {
 // Whether the open file holds what the copy's source gave: every byte, or its first and last
 // block once placed. Throws what keeps it from being read.
 bool holdsWhatWasWritten(const ReadBack& read, const StagedCopy& copy, bool placed) {
-    char* buffer = ioBuffer();
     if (!placed) {
-        Digester digest;
-        for (std::uint64_t offset = 0;;) {
-            std::size_t n = readAt(read.fd.fd, buffer, kBuffer, offset, copy.destination);
-            digest.add(buffer, n);
-            offset += n;
-            if (n < kBuffer)
-                break;
-        }
+        Digester digest = copy.readSoFar;
+        if (int err = readInto(read.fd.fd, copy.readUpTo, read.size, digest))
+            throwErrno(err, copy.destination);
         return digest.digest() == copy.written;
     }
+    char* buffer = ioBuffer();
     std::size_t n = readAt(read.fd.fd, buffer, kDigestBlock, 0, copy.destination);
     if (blockHash(buffer, n) != copy.written.first)
         return false;
@@ -449,6 +517,12 @@ void PosixFileSystem::moveFile(const std::string& oldPath, const std::string& ne
 }
 
 void PosixFileSystem::copyFile(const std::string& source, const std::string& destination) {
+    StagedCopy copy = stage(source, destination, false);
+    proveAndPlace(copy);
+}
+
+StagedCopy PosixFileSystem::stage(const std::string& source, const std::string& destination,
+                                  bool backup) {
     // Failures come in the order of the lookups: the source's drive, the destination's, then
     // the source itself.
     const ResolvedPath from = resolve(source);
@@ -460,8 +534,11 @@ void PosixFileSystem::copyFile(const std::string& source, const std::string& des
     copy.source = source;
     copy.destination = destination;
     copy.target = toPath.path;
-    writeTemporary(in, to, copy, Bits::Umask);
-    proveAndPlace(copy);
+    struct stat st {};
+    if (backup && ::fstat(to.folder.fd, &st) == 0)
+        copy.hold = watchFor(to.folder.fd, st.st_dev);
+    writeTemporary(in, to, copy, backup ? Bits::Source : Bits::Umask);
+    return copy;
 }
 
 void PosixFileSystem::proveAndPlace(StagedCopy& copy) {
@@ -501,21 +578,9 @@ std::shared_ptr<PosixFileSystem::Watch> PosixFileSystem::watchFor(int folder, de
 
 std::optional<StagedCopy> PosixFileSystem::stageCopy(const std::string& source,
                                                      const std::string& destination) {
-    const ResolvedPath from = resolve(source);
-    const ResolvedPath toPath = resolve(destination);
-    Fd in(openToRead(from, source));
-    Destination to;
-    openPlace(to, toPath, destination);
-    StagedCopy copy;
-    copy.source = source;
-    copy.destination = destination;
-    copy.target = toPath.path;
-    struct stat st {};
-    if (::fstat(to.folder.fd, &st) == 0)
-        copy.hold = watchFor(to.folder.fd, st.st_dev);
-    writeTemporary(in, to, copy, Bits::Source);
-    return copy;
+    return stage(source, destination, true);
 }
+
 void PosixFileSystem::flushStaged(const std::vector<StagedCopy>& copies) {
     std::vector<const Watch*> synced;
     for (const StagedCopy& copy : copies) {

@@ -49,6 +49,9 @@ private:
     // copy writes to it.
     std::shared_ptr<Watch> watchFor(int folder, dev_t device);
     ResolvedPath resolve(const std::string& drivePath);
+    // Writes source into a hidden temporary beside destination. A backup's copy keeps the
+    // source's bits and is flushed with everything written on its file system at once.
+    StagedCopy stage(const std::string& source, const std::string& destination, bool backup);
     // Opens a regular file to read, following no link below its drive's root.
     int openToRead(const ResolvedPath& path, const std::string& drivePath);
     // Flushes a written temporary, reads it back from the medium and renames it over its target;

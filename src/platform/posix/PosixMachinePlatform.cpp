@@ -15,14 +15,12 @@ Platform nativePlatform() {
     static PosixSpecialFolders folders(drives);
     static PosixClock clock;
     static PosixProcess process(drives);
-    Platform p;
-    p.files = &files;
-    p.profiles = &profiles;
-    p.folders = &folders;
-    p.clock = &clock;
-    p.drives = &drives;
-    p.process = &process;
-    return p;
+    return Platform{.files = &files,
+                    .profiles = &profiles,
+                    .folders = &folders,
+                    .clock = &clock,
+                    .drives = &drives,
+                    .process = &process};
 }
 
 } // namespace nv

@@ -13,15 +13,13 @@ Platform nativePlatform() {
     static Win32Drives drives;
     static Win32Process process;
     static Win32Shell shell;
-    Platform p;
-    p.files = &files;
-    p.profiles = &profiles;
-    p.folders = &folders;
-    p.clock = &clock;
-    p.drives = &drives;
-    p.process = &process;
-    p.shell = &shell;
-    return p;
+    return Platform{.files = &files,
+                    .profiles = &profiles,
+                    .folders = &folders,
+                    .clock = &clock,
+                    .drives = &drives,
+                    .process = &process,
+                    .shell = &shell};
 }
 
 } // namespace nv

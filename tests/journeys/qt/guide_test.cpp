@@ -1,10 +1,5 @@
-#include "platform/qt/HelpWindow.h"
-#include "platform/qt/ShowHelp.h"
-#include "mainwindow/qt/FrmMain.h"
 #include "mainwindow/qt/TargetLists.h"
-#include "platform/qt/HelpKey.h"
-#include "startup/AppSettings.h"
-#include "support/ProgramFolder.h"
+#include "support/qt/WindowWithHelp.h"
 
 #include <QAbstractButton>
 #include <QAction>
@@ -13,15 +8,13 @@
 #include <QMenuBar>
 #include <QPushButton>
 #include <QTest>
-#include <filesystem>
 #include <fstream>
-#include <gtest/gtest.h>
+#include <functional>
 #include <regex>
 #include <set>
 #include <sstream>
 
 using namespace nv;
-namespace fs = std::filesystem;
 
 namespace {
 
@@ -46,29 +39,16 @@ std::string caption(const QString& text) {
     return QString(text).remove('&').toStdString();
 }
 
-// A stick with a backup of loose files, one of files and a folder, and one of a folder alone.
-class GuideTest : public ::testing::Test {
+// Beside the stick's backup of loose files, one of files and a folder, one of a folder alone,
+// and an empty one.
+class GuideTest : public nvtest::WindowWithHelp {
 protected:
     void SetUp() override {
-        machine.temp.write("Norvale/NV.ini", "x");
-        machine.temp.write("Stick/Backup2026-11-16/NV.ini", "x");
+        std::filesystem::create_directories(machine.temp.native("Stick/Backup2026-11-13"));
         machine.temp.write("Stick/Backup2026-11-15/NV.ini", "x");
         machine.temp.write("Stick/Backup2026-11-15/Docs/a.doc", "x");
         machine.temp.write("Stick/Backup2026-11-14/Docs/a.doc", "x");
-        nvtest::useProgramFolder(machine, "E:", {"NV.ini"});
-        fs::copy_file(NV_HELP_FILE, machine.temp.native("Norvale/NV BU tool.chm"));
-        App.HelpFile = machine.temp.drive("Norvale") + "\\NV BU tool.chm";
-        qApp->installEventFilter(&key);
-        window.Form_Load();
-        window.show();
-    }
-    void TearDown() override {
-        qApp->removeEventFilter(&key);
-        delete helpWindow();
-    }
-    static void settle() {
-        for (int turn = 0; turn < 3; ++turn)
-            QCoreApplication::processEvents();
+        WindowWithHelp::SetUp();
     }
     QListWidgetItem* folderItem(const QString& name) {
         for (int i = 0; i < window.TargetDirectories->count(); ++i)
@@ -76,47 +56,39 @@ protected:
                 return window.TargetDirectories->item(i);
         return nullptr;
     }
-    // Deletes a backup folder the way the guide tells: open it, then the button.
-    void deleteFolder(const QString& name) {
+    // Opens a backup folder the way the guide tells: choose it, press Enter.
+    void open(const QString& name) {
         QListWidgetItem* item = folderItem(name);
         ASSERT_TRUE(item) << name.toStdString();
         window.TargetDirectories->setCurrentItem(item);
         QTest::keyClick(window.TargetDirectories, Qt::Key_Return);
         settle();
-        ASSERT_FALSE(window.CmdDeleteDir->isHidden()) << name.toStdString();
-        machine.boxes.answer(Answer::Yes);
-        QTest::mouseClick(window.CmdDeleteDir, Qt::LeftButton);
-        settle();
+        EXPECT_EQ(window.TargetDirectories->path(), "E:\\" + name);
     }
-
-    nvtest::TestMachine machine;
-    nvtest::FolderDrive stick{'E', machine.temp.native("Stick")};
-    HelpKey key{[] { return App.HelpFile; }, showHelp};
-    FrmMain window;
+    bool inMenu(const std::string& path) {
+        const std::string menu = path.substr(0, path.find(" > ")),
+                          item = path.substr(menu.size() + 3);
+        for (QAction* top : window.menuBar()->actions())
+            if (caption(top->text()) == menu && top->menu())
+                for (QAction* action : top->menu()->actions())
+                    if (caption(action->text()) == item)
+                        return true;
+        return false;
+    }
 };
 
 TEST_F(GuideTest, WhatTheGuidePromisesTheProgramDoes) {
     const std::string guide = guideText();
-
-    // Keys: each one the guide has the user press does what it says there.
-    std::set<std::string> keys;
-    for (const std::string& key : allOf(guide, R"([Dd]ruk op (\w+))"))
-        keys.insert(key);
-    EXPECT_EQ(keys, (std::set<std::string>{"Enter", "F1"}));
-    // A click on a folder only selects it; Enter opens it and offers it for deletion.
-    window.TargetDirectories->setCurrentItem(folderItem("Backup2026-11-16"));
+    // A click only chooses a folder; Enter opens it and offers it for deletion.
     QTest::mouseClick(
         window.TargetDirectories->viewport(), Qt::LeftButton, {},
         window.TargetDirectories->visualItemRect(folderItem("Backup2026-11-16")).center());
     settle();
     EXPECT_TRUE(window.CmdDeleteDir->isHidden());
-    QTest::keyClick(window.TargetDirectories, Qt::Key_Return);
-    settle();
-    EXPECT_EQ(window.TargetDirectories->path(), "E:\\Backup2026-11-16");
+    open("Backup2026-11-16");
     QTest::keyClick(window.LstSelectedFiles, Qt::Key_F1);
     ASSERT_TRUE(helpWindow() && helpWindow()->isVisible());
-
-    // Captions: every one in bold is a button, a frame or a box answer the user meets.
+    // The captions the user meets, with the delete button shown and the help window open.
     std::set<std::string> captions = {"OK", "Annuleren", "Ja", "Nee"};
     for (QWidget* owner : std::initializer_list<QWidget*>{&window, helpWindow()}) {
         for (auto* button : owner->findChildren<QAbstractButton*>())
@@ -124,41 +96,56 @@ TEST_F(GuideTest, WhatTheGuidePromisesTheProgramDoes) {
         for (auto* frame : owner->findChildren<QGroupBox*>())
             captions.insert(caption(frame->title()));
     }
-    for (const std::string& bold : allOf(guide, R"(\*\*([^*]+)\*\*)"))
-        EXPECT_TRUE(captions.count(bold))
-            << "the guide names a caption the program lacks: " << bold;
 
-    // Menu items: every path in the guide leads to an item of the main window's menu.
-    for (const std::string& path : allOf(guide, R"(\*([^*<>]+ > [^*]+)\*)")) {
-        std::string menu = path.substr(0, path.find(" > "));
-        std::string item = path.substr(path.find(" > ") + 3);
-        bool found = false;
-        for (QAction* top : window.menuBar()->actions())
-            if (caption(top->text()) == menu && top->menu())
-                for (QAction* action : top->menu()->actions())
-                    found = found || caption(action->text()) == item;
-        EXPECT_TRUE(found) << "no menu item " << path;
+    const std::tuple<const char*, const char*, std::function<bool(const std::string&)>> claims[] = {
+        {"a key to press, tried above", R"([Dd]ruk op (\w+))",
+         [](const std::string& key) { return key == "Enter" || key == "F1"; }},
+        {"a button, frame or box answer", R"(\*\*([^*]+)\*\*)",
+         [&](const std::string& bold) { return captions.count(bold) > 0; }},
+        {"a menu item", R"(\*([^*<>]+ > [^*]+)\*)",
+         [&](const std::string& path) { return inMenu(path); }},
+        {"a backup folder", R"((Backup ?\d[^\s`*,.]*))",
+         [](const std::string& name) {
+             return std::regex_match(name, std::regex(R"(Backup\d{4}-\d\d-\d\d(\(\d+\))?)"));
+         }},
+    };
+    for (const auto& [kind, pattern, kept] : claims) {
+        const std::vector<std::string> found = allOf(guide, pattern);
+        EXPECT_FALSE(found.empty()) << "the guide names no " << kind;
+        for (const std::string& claim : found)
+            EXPECT_TRUE(kept(claim)) << "the program has no such " << kind << ": " << claim;
     }
 
-    // Backup folders: every name the guide shows has the form the program gives them.
-    for (const std::string& name : allOf(guide, R"((Backup ?\d[^\s`*,.]*))"))
-        EXPECT_TRUE(std::regex_match(name, std::regex(R"(Backup\d{4}-\d\d-\d\d(\(\d+\))?)")))
-            << name;
-
-    // Deleting old backups: loose files go with their folder; a folder that holds folders
-    // stays, without its loose files, with the box the guide quotes.
-    deleteFolder("Backup2026-11-16");
-    EXPECT_FALSE(machine.temp.exists("Stick/Backup2026-11-16"));
-    ASSERT_FALSE(machine.boxes.shown.empty());
-    EXPECT_NE(guide.find("*" + machine.boxes.shown.back().text + "*"), std::string::npos)
-        << machine.boxes.shown.back().text;
-    for (const char* name : {"Backup2026-11-15", "Backup2026-11-14"}) {
-        deleteFolder(name);
-        EXPECT_TRUE(machine.temp.exists(std::string("Stick/") + name + "/Docs/a.doc")) << name;
-        EXPECT_NE(guide.find("*" + machine.boxes.shown.back().text + "*"), std::string::npos)
-            << machine.boxes.shown.back().text;
+    // Deleting old backups: after the question, loose files go with their folder; a folder that
+    // holds folders, or nothing, stays with a box. Every box that ends a try is one the guide
+    // quotes, and the panel goes back to the stick's root.
+    const std::string several = "U heeft meerdere directories in deze file staan, u dient deze "
+                                "\u00e9\u00e9n voor \u00e9\u00e9n te verwijderen";
+    const std::tuple<const char*, Answer, bool> deletions[] = {
+        {"Backup2026-11-16", Answer::No, true},  {"Backup2026-11-16", Answer::Yes, false},
+        {"Backup2026-11-15", Answer::Yes, true}, {"Backup2026-11-14", Answer::Yes, true},
+        {"Backup2026-11-13", Answer::Yes, true},
+    };
+    for (const auto& [name, answer, stays] : deletions) {
+        SCOPED_TRACE(name);
+        open(name);
+        const size_t before = machine.boxes.shown.size();
+        machine.boxes.answer(answer);
+        QTest::mouseClick(window.CmdDeleteDir, Qt::LeftButton);
+        settle();
+        ASSERT_GT(machine.boxes.shown.size(), before);
+        const MessageBoxRequest& question = machine.boxes.shown[before];
+        EXPECT_EQ(question.text, std::string("Wilt u de map E:\\") + name + " verwijderen?");
+        EXPECT_EQ(question.title, "Verwijderen Map");
+        const std::string& last = machine.boxes.shown.back().text;
+        EXPECT_EQ(last, stays && answer == Answer::Yes ? several : question.text);
+        EXPECT_NE(guide.find("*" + last + "*"), std::string::npos) << last;
+        EXPECT_EQ(machine.temp.exists(std::string("Stick/") + name), stays);
+        EXPECT_EQ(window.TargetDirectories->path(), "E:\\");
     }
     EXPECT_FALSE(machine.temp.exists("Stick/Backup2026-11-15/NV.ini"));
+    EXPECT_TRUE(machine.temp.exists("Stick/Backup2026-11-15/Docs/a.doc"));
+    EXPECT_TRUE(machine.temp.exists("Stick/Backup2026-11-14/Docs/a.doc"));
 }
 
 } // namespace
