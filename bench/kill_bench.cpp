@@ -10,10 +10,11 @@
 #include "platform/DriveFormConversion.h"
 #include "platform/FileSystem.h"
 #include "platform/Platform.h"
-#include "platform/posix/DriveTable.h"
 #include "restore/RestoreRun.h"
 #include "startup/AppSettings.h"
+#include "support/RestoreRows.h"
 #include "support/TestMachine.h"
+#include "support/TestStick.h"
 
 #include <algorithm>
 #include <chrono>
@@ -129,16 +130,6 @@ public:
     void refreshTargetDirectories() override {}
 };
 
-class AllRows : public nv::RestoreList {
-public:
-    int count() const override { return static_cast<int>(texts.size()); }
-    std::string text(int row) const override { return texts[row]; }
-    bool selected(int row) const override { return flags[row]; }
-    void setSelected(int row, bool on) override { flags[row] = on; }
-    std::vector<std::string> texts;
-    std::vector<bool> flags;
-};
-
 void backUp() {
     Unseen windows;
     int16_t intLoop = 0;
@@ -147,9 +138,7 @@ void backUp() {
 }
 
 std::string restore(const std::vector<std::string>& rows, const std::string& from) {
-    AllRows list;
-    list.texts = rows;
-    list.flags.assign(rows.size(), true);
+    nvtest::RestoreRows list(rows);
     int16_t intLoop = 0;
     return nv::fRestoreSelectedRows(list, from, intLoop);
 }
@@ -187,16 +176,15 @@ int main(int argc, char** argv) {
     nvtest::NativeMachine machine;
     YesToAll boxes;
     nv::ScopedPlatformPart<nv::MessageBoxes> useBoxes(&nv::Platform::boxes, &boxes);
-    const fs::path stick = machine.temp.native("stick");
+    const nvtest::TestStick testStick(machine.temp);
+    const fs::path stick = testStick.native();
     const fs::path production = machine.temp.native("prod");
-    fs::create_directories(stick);
     fs::create_directories(production);
-    nv::driveTableOf(nv::platform()).setFolder('E', stick.string());
 
     Versions versions;
     newVersions(production, versions, random);
     auto& s = nv::AppSettings;
-    s.DriveTarget = "E:";
+    s.DriveTarget = testStick.drive();
     s.strIniFile = machine.temp.drive("prod\\NVbackuptool.ini");
     s.strFiles = {""};
     std::vector<std::string> rows;

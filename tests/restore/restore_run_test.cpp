@@ -1,24 +1,19 @@
 #include "platform/FileFailure.h"
 #include "restore/RestoreRun.h"
 #include "support/FaultyMedium.h"
+#include "support/RestoreRows.h"
 #include "support/TestMachine.h"
+#include "support/TestStick.h"
 
+#include <algorithm>
 #include <filesystem>
+#include <fstream>
 #include <gtest/gtest.h>
+#include <optional>
 
 using namespace nv;
 
 namespace {
-
-class Rows : public RestoreList {
-public:
-    int count() const override { return static_cast<int>(texts.size()); }
-    std::string text(int row) const override { return texts[row]; }
-    bool selected(int row) const override { return flags[row]; }
-    void setSelected(int row, bool on) override { flags[row] = on; }
-    std::vector<std::string> texts;
-    std::vector<bool> flags;
-};
 
 const std::string kDone = "Het terugzetten van de bestanden is gereed. \r\n";
 const std::string kNotFound = kDone + kRestoreNotFoundText;
@@ -29,24 +24,24 @@ class RestoreRun : public ::testing::Test {
 protected:
     void SetUp() override {
         for (const char* file :
-             {"Data/Norvale/NV.ini", "Data/Norvale/stockA.NVD", "Data/Extra/NV.ini", "Flat/NV.ini",
-              "Flat/stockA.NVD", "Mirror/Norvale/NV.ini", "Mirror/Extra/NV.ini"})
+             {"Data/Norvale/NV.ini", "Data/Norvale/stockA.NVD", "Data/Extra/NV.ini"})
             machine.temp.write(file, file);
+        stick.backupFolder("Flat", {"NV.ini", "stockA.NVD"});
+        stick.backupFolder("Mirror", {"Norvale/NV.ini", "Extra/NV.ini"});
         select({"Data\\Norvale\\NV.ini", "Data\\Norvale\\stockA.NVD", "Data\\Norvale\\Gone.txt"});
     }
-    // Rows for these files below the temporary folder, all selected.
-    void select(const std::vector<std::string>& files) {
-        rows.texts.clear();
-        for (const std::string& file : files)
-            rows.texts.push_back(machine.temp.drive(file));
-        rows.flags.assign(files.size(), true);
+    void select(std::vector<std::string> files) {
+        for (std::string& file : files)
+            file = machine.temp.drive(file);
+        rows.select(files);
     }
     std::string restoreFrom(const std::string& folder) {
-        return fRestoreSelectedRows(rows, machine.temp.drive(folder), intLoop);
+        return fRestoreSelectedRows(rows, stick.drive() + "\\" + folder, intLoop);
     }
 
     nvtest::TestMachine machine;
-    Rows rows;
+    nvtest::TestStick stick{machine.temp};
+    nvtest::RestoreRows rows;
     int16_t intLoop = -1;
 };
 
@@ -89,7 +84,6 @@ TEST_F(RestoreRun, FilesOfOneNameComeBackOnlyFromTheSubfolderOfTheirOwnFolder) {
     // shares its name is no longer selected; its own subfolder settles it.
     EXPECT_EQ(restoreFrom("Flat"), kSameName);
     EXPECT_EQ(machine.temp.read("Data/Norvale/NV.ini"), "Data/Norvale/NV.ini");
-    EXPECT_EQ(rows.flags, (std::vector<bool>{true, false, false}));
     EXPECT_EQ(restoreFrom("Mirror\\Norvale"), kDone);
     EXPECT_EQ(machine.temp.read("Data/Norvale/NV.ini"), "Mirror/Norvale/NV.ini");
 
@@ -99,58 +93,58 @@ TEST_F(RestoreRun, FilesOfOneNameComeBackOnlyFromTheSubfolderOfTheirOwnFolder) {
     EXPECT_EQ(machine.temp.read("Data/Norvale/NV.ini"), "Flat/NV.ini");
 }
 
+// A copy that fails, also one the production disk gives back otherwise, stops the run at its row
+// with the rows before it done; the file it was to replace stays as it was, with no temporary.
 TEST_F(RestoreRun, AFailingCopyStopsAtItsRowWithTheRowsBeforeItDone) {
-    rows.texts[1] = machine.temp.drive("Data\\Missing\\stockA.NVD");
-    try {
-        restoreFrom("Flat");
-        FAIL() << "the copy into a missing folder should fail";
-    } catch (const FileFailure& failure) {
-        EXPECT_EQ(failure.Number, 76);
-    }
-    EXPECT_EQ(intLoop, 1);
-    EXPECT_EQ(rows.flags, (std::vector<bool>{false, true, true}));
-    EXPECT_EQ(fWizardFailureText("Pad niet gevonden", 5, intLoop),
-              "Het terugzetten van de bestanden is niet (volledig) gelukt omdat er een fout is "
-              "ontstaan met de volgende omschrijving:\r\nPad niet gevonden\r\nDeze is opgetreden "
-              "in stap 5 en in substap 1. Geef dit eventueel door aan de leverancier");
-
-    rows.texts = {""};
-    rows.flags = {true};
-    EXPECT_THROW(restoreFrom("Flat"), FileFailure);
-}
-
-// A production disk that gives back other bytes than it was given: the file it was to replace
-// stays as it was, and the run stops there as at any failing copy.
-TEST_F(RestoreRun, ACopyThatReadsBackOtherwiseLeavesTheProductionFileAsItWas) {
-    machine.temp.write("Flat/stockA.NVD", std::string(200000, 's'));
+    std::ofstream(stick.native("Flat/stockA.NVD"), std::ios::binary) << std::string(200000, 's');
     nvtest::FaultyMedium medium;
-    medium.fault = [](const std::vector<StagedCopy>& copies) {
-        for (const StagedCopy& copy : copies)
-            if (copy.destination.ends_with("stockA.NVD"))
-                nvtest::FaultyMedium::flipByte(copy.temporary, 5000);
-    };
     ScopedPlatformPart<FileSystem> useMedium{&Platform::files, &medium};
-    try {
-        restoreFrom("Flat");
-        FAIL() << "the copy that read back otherwise should fail";
-    } catch (const FileFailure& failure) {
-        EXPECT_EQ(failure.Number, 80);
-        EXPECT_EQ(failure.Description,
-                  "Het bestand " + rows.texts[1] +
-                      " is niet vervangen: de schijf gaf bij het teruglezen andere gegevens "
-                      "terug dan erop geschreven zijn");
+    const struct {
+        std::string row;
+        int32_t number;
+        std::string text;
+    } cases[] = {
+        {"Data\\Missing\\stockA.NVD", kFailPathNotFound, "Pad niet gevonden"},
+        {"Data\\Norvale\\stockA.NVD", kFailReadBack,
+         "Het bestand " + machine.temp.drive("Data\\Norvale\\stockA.NVD") +
+             " is niet vervangen: de schijf gaf bij het teruglezen andere gegevens terug dan erop "
+             "geschreven zijn"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.row);
+        select({"Data\\Norvale\\NV.ini", c.row, "Data\\Norvale\\Gone.txt"});
+        medium.fault = [](const std::vector<StagedCopy>& copies) {
+            for (const StagedCopy& copy : copies)
+                if (copy.destination.ends_with("stockA.NVD"))
+                    nvtest::FaultyMedium::flipByte(copy.temporary, 5000);
+        };
+        std::optional<FileFailure> failure;
+        try {
+            restoreFrom("Flat");
+        } catch (const FileFailure& thrown) {
+            failure = thrown;
+        }
+        ASSERT_TRUE(failure);
+        EXPECT_EQ(failure->Number, c.number);
+        EXPECT_EQ(fWizardFailureText(failure->Description, 5, intLoop),
+                  "Het terugzetten van de bestanden is niet (volledig) gelukt omdat er een fout "
+                  "is ontstaan met de volgende omschrijving:\r\n" +
+                      c.text +
+                      "\r\nDeze is opgetreden in stap 5 en in substap 1. Geef dit "
+                      "eventueel door aan de leverancier");
+        EXPECT_EQ(rows.flags, (std::vector<bool>{false, true, true}));
+        EXPECT_EQ(machine.temp.read("Data/Norvale/NV.ini"), "Flat/NV.ini");
+        EXPECT_EQ(machine.temp.read("Data/Norvale/stockA.NVD"), "Data/Norvale/stockA.NVD");
+        std::vector<std::string> left;
+        for (const auto& entry :
+             std::filesystem::directory_iterator(machine.temp.native("Data/Norvale")))
+            left.push_back(entry.path().filename().string());
+        std::sort(left.begin(), left.end());
+        EXPECT_EQ(left, (std::vector<std::string>{"NV.ini", "stockA.NVD"}));
     }
-    EXPECT_EQ(intLoop, 1);
-    EXPECT_EQ(rows.flags, (std::vector<bool>{false, true, true}));
-    EXPECT_EQ(machine.temp.read("Data/Norvale/NV.ini"), "Flat/NV.ini");
-    EXPECT_EQ(machine.temp.read("Data/Norvale/stockA.NVD"), "Data/Norvale/stockA.NVD");
-    // No temporary of the refused copy stays beside the production files.
-    std::vector<std::string> left;
-    for (const auto& entry :
-         std::filesystem::directory_iterator(machine.temp.native("Data/Norvale")))
-        left.push_back(entry.path().filename().string());
-    std::sort(left.begin(), left.end());
-    EXPECT_EQ(left, (std::vector<std::string>{"NV.ini", "stockA.NVD"}));
+
+    rows.select({""});
+    EXPECT_THROW(restoreFrom("Flat"), FileFailure);
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/FileSystem.h"
+#include "support/TempFolder.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -28,11 +29,6 @@ struct NativeFiles : nv::PosixFileSystem {
     NativeFiles() : PosixFileSystem(nv::driveTableOf(nv::nativePlatform())) {}
 };
 #endif
-
-// A path in UTF-8, as the platform gives it, for the standard library.
-inline std::filesystem::path fromUtf8(const std::string& text) {
-    return std::filesystem::path(std::u8string(text.begin(), text.end()));
-}
 
 // The files of this machine on a medium that does not always give back what it was given: once
 // a group of copies is flushed, fault may change what the medium holds. Nothing else differs,

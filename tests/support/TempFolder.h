@@ -6,6 +6,11 @@
 
 namespace nvtest {
 
+// A path in UTF-8, as the platform gives it, for the standard library.
+inline std::filesystem::path fromUtf8(const std::string& text) {
+    return std::filesystem::path(std::u8string(text.begin(), text.end()));
+}
+
 // A fresh folder under the system's temporary folder, removed with everything in it at the end.
 class TempFolder {
 public:

@@ -14,6 +14,8 @@
 namespace nvtest {
 
 nv::Answer ScriptedBoxes::show(const nv::MessageBoxRequest& request) {
+    if (onShow)
+        onShow(request);
     shown.push_back(request);
     if (answers_.empty())
         return nv::defaultAnswer(request.buttons, request.defaultButton);

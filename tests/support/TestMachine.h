@@ -4,19 +4,22 @@
 #include "support/TempFolder.h"
 
 #include <deque>
+#include <functional>
 #include <map>
 #include <string>
 #include <vector>
 
 namespace nvtest {
 
-// Answers boxes from a queue (the default button when it runs dry) and keeps what was shown.
+// Answers boxes from a queue (the default button when it runs dry) and keeps what was shown;
+// onShow, when set, looks at the machine while each box is up.
 class ScriptedBoxes : public nv::MessageBoxes {
 public:
     nv::Answer show(const nv::MessageBoxRequest& request) override;
     void answer(nv::Answer next) { answers_.push_back(next); }
 
     std::vector<nv::MessageBoxRequest> shown;
+    std::function<void(const nv::MessageBoxRequest&)> onShow;
 
 private:
     std::deque<nv::Answer> answers_;
