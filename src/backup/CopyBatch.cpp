@@ -88,6 +88,8 @@ void CopyBatch::commit(const std::vector<std::string>& alsoFlush) {
         }
     }
     std::optional<FileFailure> failure;
+    if (!staged.empty())
+        lastGroup_ = placed_.size();
     const std::vector<std::optional<FileFailure>> reads = files_.readBackStaged(staged);
     for (std::size_t i = 0; i < staged.size(); ++i) {
         StagedCopy& copy = staged[i];
@@ -119,10 +121,13 @@ void CopyBatch::checkPlaced() {
     std::optional<FileFailure> failure;
     std::vector<std::string> folders;
     std::vector<StagedCopy> kept;
-    const std::vector<std::optional<FileFailure>> reads = files_.readBackPlaced(placed_);
+    // The last group was read back after everything else was written: nothing came over it.
+    std::vector<StagedCopy> earlier(std::make_move_iterator(placed_.begin()),
+                                    std::make_move_iterator(placed_.begin() + lastGroup_));
+    const std::vector<std::optional<FileFailure>> reads = files_.readBackPlaced(earlier);
     for (std::size_t i = 0; i < placed_.size(); ++i) {
-        StagedCopy& copy = placed_[i];
-        if (!reads[i]) {
+        StagedCopy& copy = i < lastGroup_ ? earlier[i] : placed_[i];
+        if (i >= lastGroup_ || !reads[i]) {
             kept.push_back(std::move(copy));
             continue;
         }
@@ -132,6 +137,7 @@ void CopyBatch::checkPlaced() {
         keep(failure, onTheBackupMedium(*reads[i], copy));
     }
     placed_.swap(kept);
+    lastGroup_ = placed_.size();
     for (const std::string& folder : folders) {
         try {
             files_.flushFolder(folder);
