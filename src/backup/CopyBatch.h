@@ -17,7 +17,7 @@ namespace nv {
 // leaves only temporaries, which removeCopyLeftovers clears.
 class CopyBatch {
 public:
-    static constexpr std::size_t kMaxFiles = 256;
+    static constexpr std::size_t kMaxFiles = 1024;
     static constexpr std::uintmax_t kMaxBytes = std::uintmax_t{256} << 20;
 
     explicit CopyBatch(FileSystem& files, std::size_t maxFiles = kMaxFiles,
