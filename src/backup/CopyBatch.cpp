@@ -120,14 +120,17 @@ void CopyBatch::commit(const std::vector<std::string>& alsoFlush) {
 void CopyBatch::checkPlaced() {
     std::optional<FileFailure> failure;
     std::vector<std::string> folders;
+    // The last group was read back after everything else was written, but for the parts of a
+    // large copy read while it was still being written: its own tail may wrap onto its head.
+    std::vector<StagedCopy> looked;
     std::vector<StagedCopy> kept;
-    // The last group was read back after everything else was written: nothing came over it.
-    std::vector<StagedCopy> earlier(std::make_move_iterator(placed_.begin()),
-                                    std::make_move_iterator(placed_.begin() + lastGroup_));
-    const std::vector<std::optional<FileFailure>> reads = files_.readBackPlaced(earlier);
-    for (std::size_t i = 0; i < placed_.size(); ++i) {
-        StagedCopy& copy = i < lastGroup_ ? earlier[i] : placed_[i];
-        if (i >= lastGroup_ || !reads[i]) {
+    for (std::size_t i = 0; i < placed_.size(); ++i)
+        (i < lastGroup_ || placed_[i].readUpTo > 0 ? looked : kept)
+            .push_back(std::move(placed_[i]));
+    const std::vector<std::optional<FileFailure>> reads = files_.readBackPlaced(looked);
+    for (std::size_t i = 0; i < looked.size(); ++i) {
+        StagedCopy& copy = looked[i];
+        if (!reads[i]) {
             kept.push_back(std::move(copy));
             continue;
         }
