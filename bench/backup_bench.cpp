@@ -83,6 +83,18 @@ double best(const std::vector<double>& values) {
     return *std::max_element(values.begin(), values.end());
 }
 
+// The middle of the ratios of each round, taken side by side: the disk's own pace drifts from
+// round to round (an ext4 slows its file creation for a while after many deletions), so the
+// best of one kind and the best of another may come from different moments.
+double ratio(const std::vector<double>& ours, const std::vector<double>& theirs) {
+    std::vector<double> ratios;
+    for (std::size_t i = 0; i < ours.size(); ++i)
+        ratios.push_back(ours[i] / theirs[i]);
+    std::sort(ratios.begin(), ratios.end());
+    const std::size_t mid = ratios.size() / 2;
+    return ratios.size() % 2 ? ratios[mid] : (ratios[mid - 1] + ratios[mid]) / 2;
+}
+
 std::string rounds(const std::vector<double>& values) {
     std::string text;
     for (double v : values)
@@ -96,7 +108,8 @@ struct Figures {
     std::vector<double> cp;
 };
 
-// The same groups as CopyBatch, without reading anything back: what the read-backs cost.
+// The same groups as CopyBatch without the read-backs after the flush and at the end: what they
+// cost. A large copy's reading behind its own writing is part of its staging and stays.
 void copyUnread(nv::FileSystem& files,
                 const std::vector<std::pair<std::string, std::string>>& copies,
                 const std::string& folder) {
@@ -176,10 +189,10 @@ Figures measure(const fs::path& sources, const fs::path& target, bool large) {
 }
 
 void report(const char* target, const char* what, const Figures& f, double goal) {
-    double ratio = best(f.ours) / best(f.cp);
+    const double proven = ratio(f.ours, f.cp);
     std::printf("%-12s %-22s %10.1f %10.1f %10.1f %8.2f %8.2f   %s (goal >= %.2f)\n", target, what,
-                best(f.ours), best(f.unread), best(f.cp), ratio, best(f.unread) / best(f.cp),
-                ratio >= goal ? "ok" : "below", goal);
+                best(f.ours), best(f.unread), best(f.cp), proven, ratio(f.unread, f.cp),
+                proven >= goal ? "ok" : "below", goal);
     std::printf("%-12s %-22s rounds: read back %s; not read back %s; cp+sync %s\n", "", "",
                 rounds(f.ours).c_str(), rounds(f.unread).c_str(), rounds(f.cp).c_str());
 }
@@ -208,7 +221,8 @@ int main(int argc, char** argv) {
     }
 
     std::printf("\nBest of %d rounds, MB/s (1 MB = 10^6 bytes); read back = the run's copies, "
-                "proven; not read back = the same without the read-backs; ratios to cp + sync\n\n",
+                "proven; not read back = the same without the read-backs after the flush; ratios "
+                "to cp + sync, the median of each round's side by side\n\n",
                 kRounds);
     std::printf("%-12s %-22s %10s %10s %10s %8s %8s\n", "target", "what", "read back", "not read",
                 "cp+sync", "ratio", "ratio nr");

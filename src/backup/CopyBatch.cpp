@@ -88,6 +88,8 @@ void CopyBatch::commit(const std::vector<std::string>& alsoFlush) {
         }
     }
     std::optional<FileFailure> failure;
+    if (!staged.empty())
+        lastGroup_ = placed_.size();
     const std::vector<std::optional<FileFailure>> reads = files_.readBackStaged(staged);
     for (std::size_t i = 0; i < staged.size(); ++i) {
         StagedCopy& copy = staged[i];
@@ -118,10 +120,16 @@ void CopyBatch::commit(const std::vector<std::string>& alsoFlush) {
 void CopyBatch::checkPlaced() {
     std::optional<FileFailure> failure;
     std::vector<std::string> folders;
+    // The last group was read back after everything else was written, but for the parts of a
+    // large copy read while it was still being written: its own tail may wrap onto its head.
+    std::vector<StagedCopy> looked;
     std::vector<StagedCopy> kept;
-    const std::vector<std::optional<FileFailure>> reads = files_.readBackPlaced(placed_);
-    for (std::size_t i = 0; i < placed_.size(); ++i) {
-        StagedCopy& copy = placed_[i];
+    for (std::size_t i = 0; i < placed_.size(); ++i)
+        (i < lastGroup_ || placed_[i].readUpTo > 0 ? looked : kept)
+            .push_back(std::move(placed_[i]));
+    const std::vector<std::optional<FileFailure>> reads = files_.readBackPlaced(looked);
+    for (std::size_t i = 0; i < looked.size(); ++i) {
+        StagedCopy& copy = looked[i];
         if (!reads[i]) {
             kept.push_back(std::move(copy));
             continue;
@@ -132,6 +140,7 @@ void CopyBatch::checkPlaced() {
         keep(failure, onTheBackupMedium(*reads[i], copy));
     }
     placed_.swap(kept);
+    lastGroup_ = placed_.size();
     for (const std::string& folder : folders) {
         try {
             files_.flushFolder(folder);

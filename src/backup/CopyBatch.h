@@ -17,7 +17,7 @@ namespace nv {
 // leaves only temporaries, which removeCopyLeftovers clears.
 class CopyBatch {
 public:
-    static constexpr std::size_t kMaxFiles = 256;
+    static constexpr std::size_t kMaxFiles = 1024;
     static constexpr std::uintmax_t kMaxBytes = std::uintmax_t{256} << 20;
 
     explicit CopyBatch(FileSystem& files, std::size_t maxFiles = kMaxFiles,
@@ -39,9 +39,9 @@ public:
     // before any 75.
     void commit(const std::vector<std::string>& alsoFlush = {});
 
-    // Reads the first and last block of every copy placed so far back from the medium once more:
-    // a medium that wraps around overwrites what it took first with what came later. A copy
-    // that now reads otherwise is removed from its name. Throws as commit.
+    // Reads the first and last block of every copy placed before the last group back from the
+    // medium once more: a medium that wraps around overwrites what it took first with what came
+    // later. A copy that now reads otherwise is removed from its name. Throws as commit.
     void checkPlaced();
 
     bool pending() const { return !staged_.empty(); }
@@ -56,6 +56,7 @@ private:
     const std::uintmax_t maxBytes_;
     std::vector<StagedCopy> staged_;
     std::vector<StagedCopy> placed_;
+    std::size_t lastGroup_ = 0; // where the copies of the last group read back begin in placed_
     std::uintmax_t stagedBytes_ = 0;
     std::set<std::string> destinations_; // upper case
     std::vector<std::string> folders_;   // written to since the last commit

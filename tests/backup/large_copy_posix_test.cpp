@@ -1,5 +1,6 @@
 // A copy large enough to be read back while it is written: the part read early and the tail
 // read after the flush must come to the whole file, in a backup's batch and in a restore.
+#include "backup/CopyBatch.h"
 #include "platform/FailureText.h"
 #include "support/FaultyMedium.h"
 #include "support/TestMachine.h"
@@ -62,6 +63,28 @@ TEST(LargeCopy, IsReadBackWhileWrittenAndWholeAfterTheFlush) {
     files.copyFile(machine.temp.drive("src/Ledger.mdb"), machine.temp.drive("prod/Ledger.mdb"));
     EXPECT_TRUE(machine.temp.read("prod/Ledger.mdb") == bytes);
     EXPECT_EQ(machine.temp.copyLeftovers(), 0u);
+}
+
+// A stick that holds less than it says, taking one large ledger: what lands past its real end
+// wraps onto the file's own head, after that head was read back behind the writing.
+TEST(LargeCopy, ATailThatWrapsOntoItsOwnHeadIsFoundAtTheEnd) {
+    nvtest::NativeMachine machine;
+    machine.temp.write("src/Ledger.mdb", largeBytes());
+    FaultyMedium files;
+    files.fault = [](const std::vector<nv::StagedCopy>& copies) {
+        FaultyMedium::flipByte(copies.front().temporary, copies.front().bytes - 10);
+    };
+    nv::CopyBatch batch(files);
+    batch.copy(machine.temp.drive("src/Ledger.mdb"), machine.temp.drive("Ledger.mdb"));
+    batch.commit();
+    EXPECT_TRUE(machine.temp.exists("Ledger.mdb"));
+    try {
+        batch.checkPlaced();
+        ADD_FAILURE() << "the wrapped head passed";
+    } catch (const nv::FileFailure& failure) {
+        EXPECT_EQ(failure.Number, nv::kFailReadBack);
+    }
+    EXPECT_FALSE(machine.temp.exists("Ledger.mdb"));
 }
 
 } // namespace
