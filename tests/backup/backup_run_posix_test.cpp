@@ -51,18 +51,6 @@ protected:
     bool mounted = false;
 };
 
-TEST_F(RealTarget, ATargetThatFillsUpStopsTheRunAtTheFileThatDidNotFit) {
-    if (!mountTmpfs("1m"))
-        GTEST_SKIP() << "needs root and tmpfs to make a full target";
-    list({sized("a.ini", 200 << 10), sized("big.mdb", 3 << 20), sized("c.ini", 10 << 10)});
-    bool windowUpDuringFull = false;
-    atBox = [&](const MessageBoxRequest&) { windowUpDuringFull = windows.copyWindowOpen; };
-    run();
-    EXPECT_TRUE(windowUpDuringFull);
-    EXPECT_EQ(entries(), Log{kToday + "/"});
-    expectStopped(kFullText, 2, {"a.ini"});
-}
-
 TEST_F(RealTarget, AWriteProtectedTargetGivesTheBoxNotOpened) {
     if (!mountTmpfs("1m") ||
         ::mount(nullptr, point.c_str(), nullptr, MS_REMOUNT | MS_RDONLY, nullptr) != 0)
