@@ -76,13 +76,4 @@ TEST_F(ReconcileTest, OddRowsAreMatchedByNameAloneAndEmptyRowsStay) {
     EXPECT_EQ(fReadIni(ini, "Backupfiles", "BackUpfile13", "<missing>"), "");
 }
 
-TEST_F(ReconcileTest, ADamagedCountCountsAsAnEmptyList) {
-    for (const char* count : {"abc", "-5", "99999999999"}) {
-        machine.temp.write("NVbackuptool.ini",
-                           crlf(std::string("[Basic settings]\nAantalFiles=") + count + "\n"));
-        subReconcileBackupList(kFolder, ini);
-        EXPECT_EQ(rows().size(), 9u) << count;
-    }
-}
-
 } // namespace
