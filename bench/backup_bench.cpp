@@ -8,6 +8,7 @@
 #include "backup/CopyBatch.h"
 #include "platform/DriveFormConversion.h"
 #include "platform/Platform.h"
+#include "support/Noise.h"
 #include "support/TestMachine.h"
 
 #include <algorithm>
@@ -34,28 +35,18 @@ constexpr int kSmallCount = 2000;
 constexpr std::size_t kSmallSize = 64 << 10;
 constexpr int kRounds = 6;
 
-// Bytes that no file system can squeeze.
-void fill(std::vector<char>& buffer, std::uint64_t& state) {
-    for (char& c : buffer) {
-        state ^= state << 13;
-        state ^= state >> 7;
-        state ^= state << 17;
-        c = static_cast<char>(state);
-    }
-}
-
 void makeSources(const fs::path& sources) {
     fs::create_directories(sources / "small");
     std::uint64_t state = 88172645463325252ull;
     std::vector<char> block(kMiB);
     std::ofstream big(sources / "big.bin", std::ios::binary);
     for (std::uintmax_t done = 0; done < kLargeSize; done += kMiB) {
-        fill(block, state);
+        nvtest::fillNoise(block.data(), block.size(), state);
         big.write(block.data(), static_cast<std::streamsize>(block.size()));
     }
     std::vector<char> small(kSmallSize);
     for (int i = 0; i < kSmallCount; ++i) {
-        fill(small, state);
+        nvtest::fillNoise(small.data(), small.size(), state);
         std::ofstream(sources / "small" / ("f" + std::to_string(i) + ".dat"), std::ios::binary)
             .write(small.data(), static_cast<std::streamsize>(small.size()));
     }

@@ -12,6 +12,7 @@
 #include "platform/Platform.h"
 #include "restore/RestoreRun.h"
 #include "startup/AppSettings.h"
+#include "support/Noise.h"
 #include "support/RestoreRows.h"
 #include "support/TestMachine.h"
 #include "support/TestStick.h"
@@ -61,15 +62,7 @@ using Versions = std::map<std::string, std::set<std::uint64_t>>;
 void newVersions(const fs::path& folder, Versions& versions, std::mt19937_64& random) {
     for (std::size_t i = 0; i < kSizes.size(); ++i) {
         const std::string name = "NV_Bestand" + std::to_string(i) + ".mdb";
-        std::string bytes(kSizes[i], '\0');
-        std::uint64_t state = random() | 1;
-        for (std::size_t at = 0; at < bytes.size(); at += 8) {
-            state ^= state << 13;
-            state ^= state >> 7;
-            state ^= state << 17;
-            for (std::size_t b = 0; b < 8 && at + b < bytes.size(); ++b)
-                bytes[at + b] = static_cast<char>(state >> (8 * b));
-        }
+        const std::string bytes = nvtest::noise(kSizes[i], random() | 1);
         std::ofstream(folder / ".nieuw", std::ios::binary).write(bytes.data(), bytes.size());
         fs::rename(folder / ".nieuw", folder / name);
         versions[name].insert(hashOf(bytes));

@@ -106,15 +106,7 @@ void CopyBatch::commit(const std::vector<std::string>& alsoFlush) {
         copy.hold.reset();
         placed_.push_back(std::move(copy));
     }
-    for (const std::string& folder : folders) {
-        try {
-            files_.flushFolder(folder);
-        } catch (const FileFailure& flushing) {
-            keep(failure, flushing);
-        }
-    }
-    if (failure)
-        throw *failure;
+    flushFolders(folders, failure);
 }
 
 void CopyBatch::checkPlaced() {
@@ -141,6 +133,11 @@ void CopyBatch::checkPlaced() {
     }
     placed_.swap(kept);
     lastGroup_ = placed_.size();
+    flushFolders(folders, failure);
+}
+
+void CopyBatch::flushFolders(const std::vector<std::string>& folders,
+                             std::optional<FileFailure>& failure) {
     for (const std::string& folder : folders) {
         try {
             files_.flushFolder(folder);

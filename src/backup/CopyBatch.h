@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -50,6 +51,8 @@ public:
 
 private:
     void noteFolder(const std::string& destination);
+    // Flushes each folder, keeping the first failure with the one given; then throws it.
+    void flushFolders(const std::vector<std::string>& folders, std::optional<FileFailure>& failure);
 
     FileSystem& files_;
     const std::size_t maxFiles_;

@@ -3,6 +3,7 @@
 #include "backup/CopyBatch.h"
 #include "platform/FailureText.h"
 #include "support/FaultyMedium.h"
+#include "support/Noise.h"
 #include "support/TestMachine.h"
 
 #include <gtest/gtest.h>
@@ -13,15 +14,7 @@ using nvtest::FaultyMedium;
 
 // 100 MiB and an odd tail: three segments written early, one read before the flush.
 std::string largeBytes() {
-    std::string bytes((std::size_t{100} << 20) + 1234, '\0');
-    std::uint64_t state = 0x2545F4914F6CDD1Dull;
-    for (char& c : bytes) {
-        state ^= state << 13;
-        state ^= state >> 7;
-        state ^= state << 17;
-        c = static_cast<char>(state);
-    }
-    return bytes;
+    return nvtest::noise((std::size_t{100} << 20) + 1234, 0x2545F4914F6CDD1Dull);
 }
 
 TEST(LargeCopy, IsReadBackWhileWrittenAndWholeAfterTheFlush) {

@@ -2,6 +2,7 @@
 // changed, moved, added or lost must show, and the quick look at the first and last block must
 // find what the copy saw there.
 #include "platform/ContentDigest.h"
+#include "support/Noise.h"
 
 #include <gtest/gtest.h>
 
@@ -26,15 +27,7 @@ template <class Hasher> auto fedIn(const std::string& bytes, std::size_t piece) 
 
 // Bytes that differ from block to block, so that blocks moved about do not look alike.
 std::string sample(std::size_t size) {
-    std::string bytes(size, '\0');
-    std::uint32_t state = 2463534242u;
-    for (char& c : bytes) {
-        state ^= state << 13;
-        state ^= state >> 17;
-        state ^= state << 5;
-        c = static_cast<char>(state);
-    }
-    return bytes;
+    return nvtest::noise(size, 2463534242u);
 }
 
 TEST(ContentDigest, TheHashIsTheWellKnownOneWhateverPiecesItIsFedIn) {
