@@ -27,6 +27,8 @@ TEST_F(LinkedTarget, NoFileOfTheRunLandsWhereALinkOnTheStickLeads) {
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
         machine.temp.write(c.victimFile, "van een ander");
+        // The leftover sweep of the run's folders must not reach through the link either.
+        machine.temp.leaveCopyLeftover(c.victimFile);
         fs::create_directories(stick.native(c.link).parent_path());
         fs::create_directory_symlink(c.leadsTo, stick.native(c.link));
         nv::AppSettings.Directory = static_cast<uint8_t>(c.directory);
@@ -37,8 +39,12 @@ TEST_F(LinkedTarget, NoFileOfTheRunLandsWhereALinkOnTheStickLeads) {
         const fs::path victimFolder = machine.temp.native(c.victimFile).parent_path();
         std::vector<std::string> there;
         for (const auto& entry : fs::directory_iterator(victimFolder))
-            there.push_back(entry.path().filename().string());
+            if (entry.path().filename().string()[0] != '.')
+                there.push_back(entry.path().filename().string());
         EXPECT_EQ(there, std::vector<std::string>{"NV.ini"});
+        EXPECT_EQ(
+            machine.temp.copyLeftovers(fs::relative(victimFolder, machine.temp.native()).string()),
+            1u);
         ASSERT_FALSE(boxes.shown.empty());
         EXPECT_NE(boxes.shown.back().title, "Back Up");
         EXPECT_TRUE(fs::is_symlink(stick.native(c.link)));

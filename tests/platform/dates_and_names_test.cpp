@@ -1,6 +1,5 @@
 #include "platform/CaseFold.h"
 #include "platform/DateText.h"
-#include "platform/FatNames.h"
 #include "platform/FileSystem.h"
 #include "platform/Wildcard.h"
 
@@ -38,28 +37,6 @@ TEST(Wildcards, FoldCaseBeyondAscii) {
     EXPECT_EQ(upperCase("Backupé"), "BACKUPÉ");
     // A byte that is no UTF-8 stands for its Latin-1 letter, as a name from an old stick does.
     EXPECT_EQ(upperCase("ÿ-x\xE9"), "Ÿ-X\xC3\x89");
-}
-
-TEST(FatNames, RefuseWhatAFatOrExfatStickCannotHold) {
-    using K = nv::FatRefusal;
-    for (const char* name :
-         {"NV_Ledger01.mdb", "Notulen 10.30 (kopie) [2] #1 & €.txt", ".verborgen"})
-        EXPECT_FALSE(nv::fatRefusal(name).has_value()) << name;
-    for (char c : std::string("<>:\"\\|?*")) {
-        std::string name = "a b";
-        name[1] = c;
-        auto refusal = nv::fatRefusal(name);
-        ASSERT_TRUE(refusal.has_value()) << c;
-        EXPECT_EQ(refusal->kind, K::Character) << c;
-        EXPECT_EQ(refusal->character, c);
-    }
-    const std::pair<std::string, K::Kind> others[] = {
-        {"regel\neinde", K::Control}, {std::string("nul\0x", 5), K::Control},
-        {"versie.", K::TrailingDot},  {"los ", K::TrailingBlank},
-        {"los. ", K::TrailingBlank},
-    };
-    for (const auto& [name, kind] : others)
-        EXPECT_EQ(nv::fatRefusal(name).value_or(K{K::Character, '?'}).kind, kind) << name;
 }
 
 TEST(CopyTemporaries, TellTheProcessThatWroteThem) {

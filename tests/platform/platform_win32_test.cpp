@@ -70,8 +70,8 @@ TEST_F(Win32Platform, HiddenAndSystemFilesAreNeitherMatchedNorDeleted) {
     EXPECT_EQ(std::set<std::string>({"b.txt", "c.txt"}), entries());
 }
 
-// Time and contents are kept as on Linux (files_test.cpp); the attributes are Windows' own.
-// A new copy takes the source's read-only attribute; a file replaced keeps its own attributes,
+// Time and contents are tried through the backup run and the restore; the attributes are Windows'
+// own. A new copy takes the source's read-only attribute; a file replaced keeps its own attributes,
 // and a read-only one is not replaced.
 TEST_F(Win32Platform, CopyAttributesComeFromTheFileReplacedOrElseTheSource) {
     dir.write("src.dat", std::string(300000, 'q'));

@@ -2,7 +2,6 @@
 // keeps of the production file it replaces.
 #include "platform/FailureText.h"
 #include "restore/RestoreRun.h"
-#include "support/FailureOf.h"
 #include "support/RestoreRows.h"
 #include "support/TestMachine.h"
 #include "support/TestStick.h"
@@ -130,20 +129,6 @@ TEST_F(RestoreFromStick, ARestoredFileKeepsTheModeAndOwnerOfTheFileItReplaces) {
     select({"Nieuw2.ini"});
     EXPECT_EQ(restore("B"), kDone);
     EXPECT_EQ(modeOf("Nieuw2.ini"), 0600u & ~umask);
-}
-
-TEST_F(RestoreFromStick, AReadOnlyProductionFileIsAFailureAtItsRow) {
-    stick.backupFolder("B", {"NV.ini", "stockA.NVD", "NV_Ledger01.mdb"});
-    produce({"NV.ini", "stockA.NVD", "NV_Ledger01.mdb"});
-    select({"NV.ini", "stockA.NVD", "NV_Ledger01.mdb"});
-    fs::permissions(machine.temp.native("Norvale/stockA.NVD"), fs::perms(0444));
-    EXPECT_EQ(nvtest::failureOf([&] { restore("B"); }), kFailAccessRefused);
-    EXPECT_EQ(intLoop, 1);
-    EXPECT_EQ(rows.flags, (std::vector<bool>{false, true, true}));
-    EXPECT_EQ(production("NV.ini"), "B/NV.ini");
-    EXPECT_EQ(production("stockA.NVD"), "productie stockA.NVD");
-    EXPECT_EQ(modeOf("stockA.NVD"), 0444u);
-    EXPECT_EQ(production("NV_Ledger01.mdb"), "productie NV_Ledger01.mdb");
 }
 
 } // namespace

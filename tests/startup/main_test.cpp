@@ -96,11 +96,7 @@ TEST_F(MainTest, AMissingDatabaseOffersTheRestoreOnly) {
     const std::string file = settingsFile();
     EXPECT_NE(file.find("AantalFiles=9"), std::string::npos);
     EXPECT_EQ(file.find("DriveTarget"), std::string::npos);
-
-    machine.boxes.answer(Answer::Yes);
-    EXPECT_EQ(Main(windows), MainOutcome::Running);
-    EXPECT_TRUE(windows.settingsSeenByMain.blnRestoreOnly);
-    EXPECT_EQ(windows.settingsSeenByMain.AantalFiles, 9);
+    // Yes opens the restore-only window: tried in the journeys.
 }
 
 // Files as a hand, another tool or a broken disk leave them. Whatever the file holds, the start
@@ -112,7 +108,7 @@ TEST_F(MainTest, ADamagedRowCountKeepsTheUsersRows) {
     for (int n = 1; n <= 10; ++n)
         rows +=
             "BackUpfile" + std::to_string(n) + "=D:\\Brieven\\brief" + std::to_string(n) + ".doc\n";
-    for (const char* count : {"abc", "", "-5", "99999", "32768", "3x", "2.5", " "}) {
+    for (const char* count : {"abc", "", "-5", "99999", "32768", "99999999999", "3x", "2.5", " "}) {
         const std::string content =
             crlf(std::string("[Basic settings]\nAantalFiles=") + count + "\n[Backupfiles]\n" +
                  rows + "\nBackUpfile12=D:\\na een gat.doc\n");

@@ -84,8 +84,6 @@ TEST_F(CopyWindowTest, AClipThatIsMissingOrBrokenFailsTheRunWithItsOwnBoxAndNoFo
         breakClip();
         EXPECT_EQ(failureOf([] { FrmCopy().Form_Load(); }), kFailCopyClip);
     }
-    EXPECT_EQ(failureOf([&] { windows.subShowCopyWindow(); }), kFailCopyClip);
-    EXPECT_EQ(windows.copyWindow(), nullptr);
 
     // Back Up with the clip gone, a file to copy and an empty stick.
     machine.temp.write("Norvale/NV.ini", "rekeningen");

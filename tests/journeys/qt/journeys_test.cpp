@@ -139,21 +139,16 @@ TEST_F(Journey, AddingTwoFilesAndMakingTwoBackupsOnOneDay) {
     EXPECT_EQ(window.panelText(1), "Aantal files: 11");
 
     backUp(window);
-    EXPECT_EQ(robot.seen[0].text,
-              QString::fromStdString("Backup maken naar map: \r\n\r\nE:\\" + backupFolder(0)));
     EXPECT_EQ(namesIn(stick() / backupFolder(0)).size(), 11u);
 
-    // Later that day the offer changes and the user backs up again: today's folder exists.
+    // Later that day the offer changes and the user backs up again: today's folder exists. (The
+    // boxes' texts are the run's own test's.)
     machine.temp.write("Documenten/offerte.doc", "offerte, tweede versie");
     robot.seen.clear();
     robot.answer("");
     robot.answer("Ja");
     window.Cmd_Backup->click();
     EXPECT_EQ(robot.titles(), (Titles{"Backup maken", "Backup maken", "Back Up"}));
-    EXPECT_TRUE(robot.seen[1].text.startsWith("Directory bestaat al"));
-    EXPECT_EQ(robot.seen[2].text,
-              QString::fromStdString("Bestanden succesvol gekopieerd naar E:\\" +
-                                     backupFolder(0, "(2)")));
     EXPECT_EQ(namesIn(stick()), (Names{backupFolder(0), backupFolder(0, "(2)")}));
     EXPECT_EQ(onStick(backupFolder(0), "offerte.doc"), "offerte");
     EXPECT_EQ(onStick(backupFolder(0, "(2)"), "offerte.doc"), "offerte, tweede versie");

@@ -138,14 +138,21 @@ TEST_F(WizardTest, StopAtEveryStepAFailureAndAMaximisedWindow) {
         EXPECT_TRUE(window.Cmd_Backup->isEnabled()) << step;
     }
 
-    // A read-only production file is not replaced; the wizard tells why, and at which row.
+    // A read-only production file is not replaced; the wizard tells why, and at which row. The
+    // row before it is done, it and the rows after it stay chosen and as they were.
     fs::permissions(machine.temp.native("Norvale/stockA.NVD"), fs::perms(0444));
     restoreFrom("E:\\Backup2026-11-17");
-    EXPECT_TRUE(text().startsWith("Het terugzetten van de bestanden is niet (volledig) gelukt"));
-    EXPECT_TRUE(text().contains("\r\nFout bij toegang tot pad of bestand\r\n"))
-        << text().toStdString();
-    EXPECT_TRUE(text().contains("stap 5 en in substap 1.")) << text().toStdString();
-    EXPECT_EQ(machine.temp.read("Norvale/stockA.NVD"), "a bad day");
+    EXPECT_EQ(text(),
+              "Het terugzetten van de bestanden is niet (volledig) gelukt omdat er een fout "
+              "is ontstaan met de volgende omschrijving:\r\nFout bij toegang tot pad of "
+              "bestand\r\nDeze is opgetreden in stap 5 en in substap 1. Geef dit "
+              "eventueel door aan de leverancier");
+    EXPECT_EQ(machine.temp.read("Norvale/NV.ini"), "good NV.ini");
+    for (const std::string name : {"stockA.NVD", "NV_Ledger01.mdb"})
+        EXPECT_EQ(machine.temp.read("Norvale/" + name), "a bad day");
+    EXPECT_EQ(fs::status(machine.temp.native("Norvale/stockA.NVD")).permissions(), fs::perms(0444));
+    for (int row = 0; row < 3; ++row)
+        EXPECT_EQ(window.LstSelectedFiles->item(row)->isSelected(), row > 0) << row;
     EXPECT_EQ(window.intWizardStep, 5);
     window.CmdWizRestore[1]->click();
     EXPECT_EQ(window.intWizardStep, 4);
