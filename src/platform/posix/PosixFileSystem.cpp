@@ -137,22 +137,33 @@ char* ioBuffer() {
     return buffer.get();
 }
 
-// Reads bytes [from, to) of an open file into digest, stopping early only at its end. Returns 0
-// or the errno of the failure.
-int readInto(int fd, std::uint64_t from, std::uint64_t to, Digester& digest) {
-    char* buffer = ioBuffer();
-    while (from < to) {
-        const std::size_t want =
-            static_cast<std::size_t>(std::min<std::uint64_t>(kBuffer, to - from));
-        ssize_t n = ::pread(fd, buffer, want, static_cast<off_t>(from));
+// Reads size bytes at offset into buffer, fewer only at the end of the file, and counts them in
+// got. Returns 0 or the errno of the failure.
+int readAt(int fd, char* buffer, std::size_t size, std::uint64_t offset, std::size_t& got) {
+    for (got = 0; got < size;) {
+        ssize_t n = ::pread(fd, buffer + got, size - got, static_cast<off_t>(offset + got));
         if (n < 0 && errno == EINTR)
             continue;
         if (n < 0)
             return errno;
         if (n == 0)
-            return 0;
-        digest.add(buffer, static_cast<std::size_t>(n));
-        from += static_cast<std::uint64_t>(n);
+            break;
+        got += static_cast<std::size_t>(n);
+    }
+    return 0;
+}
+
+// Reads bytes [from, to) of an open file into digest, stopping early only at its end. Returns 0
+// or the errno of the failure.
+int readInto(int fd, std::uint64_t from, std::uint64_t to, Digester& digest) {
+    char* buffer = ioBuffer();
+    for (std::size_t got = 0; from < to; from += got) {
+        const auto want = static_cast<std::size_t>(std::min<std::uint64_t>(kBuffer, to - from));
+        if (int err = readAt(fd, buffer, want, from, got))
+            return err;
+        digest.add(buffer, got);
+        if (got < want)
+            break;
     }
     return 0;
 }
@@ -232,15 +243,11 @@ int copyDigesting(int from, int to, Digester& digest, ReadBehind& behind) {
                 fast = false; // this pair of file systems wants plain reads and writes
                 continue;
             }
-            for (ssize_t got = 0; got < n;) {
-                ssize_t r = ::pread(to, buffer + got, static_cast<std::size_t>(n - got),
-                                    static_cast<off_t>(done + static_cast<std::uint64_t>(got)));
-                if (r < 0 && errno == EINTR)
-                    continue;
-                if (r <= 0)
-                    return r < 0 ? errno : EIO;
-                got += r;
-            }
+            std::size_t got = 0;
+            if (int err = readAt(to, buffer, static_cast<std::size_t>(n), done, got))
+                return err;
+            if (got < static_cast<std::size_t>(n))
+                return EIO;
         } else {
             n = ::read(from, buffer, kBuffer);
             if (n < 0 && errno == EINTR)
@@ -319,24 +326,6 @@ void writeTemporary(const Fd& in, const Destination& to, StagedCopy& copy, Bits 
     copy.written = digest.digest();
 }
 
-// Reads size bytes at offset; fewer only at the end of the file. Returns the count read, or
-// throws the failure.
-std::size_t readAt(int fd, char* buffer, std::size_t size, std::uint64_t offset,
-                   const std::string& drivePath) {
-    std::size_t done = 0;
-    while (done < size) {
-        ssize_t n = ::pread(fd, buffer + done, size - done, static_cast<off_t>(offset + done));
-        if (n < 0 && errno == EINTR)
-            continue;
-        if (n < 0)
-            throwErrno(errno, drivePath);
-        if (n == 0)
-            break;
-        done += static_cast<std::size_t>(n);
-    }
-    return done;
-}
-
 // Flushes one written file through a descriptor of its own; unlike syncfs this also reaches
 // the medium behind a FUSE file system.
 void fsyncPath(const std::string& path, const std::string& drivePath) {
@@ -408,12 +397,16 @@ bool holdsWhatWasWritten(const ReadBack& read, const StagedCopy& copy, bool plac
         return digest.digest() == copy.written;
     }
     char* buffer = ioBuffer();
-    std::size_t n = readAt(read.fd.fd, buffer, kDigestBlock, 0, copy.destination);
-    if (blockHash(buffer, n) != copy.written.first)
+    std::size_t n = 0;
+    auto block = [&](std::uint64_t offset) {
+        if (int err = readAt(read.fd.fd, buffer, kDigestBlock, offset, n))
+            throwErrno(err, copy.destination);
+        return blockHash(buffer, n);
+    };
+    if (block(0) != copy.written.first)
         return false;
     const std::uint64_t last = lastBlockStart(read.size);
-    n = readAt(read.fd.fd, buffer, kDigestBlock, last, copy.destination);
-    return last + n == read.size && blockHash(buffer, n) == copy.written.last;
+    return block(last) == copy.written.last && last + n == read.size;
 }
 
 // Reads copies back from the medium, a window of them at a time.
