@@ -1,5 +1,7 @@
 #include "platform/CaseFold.h"
 
+#include "platform/Utf8.h"
+
 #include <algorithm>
 #include <cstdint>
 #include <utility>
@@ -36,24 +38,6 @@ char32_t upper(char32_t c) {
     return c;
 }
 
-void encode(char32_t cp, std::string& out) {
-    if (cp < 0x80) {
-        out.push_back(static_cast<char>(cp));
-    } else if (cp < 0x800) {
-        out.push_back(static_cast<char>(0xC0 | (cp >> 6)));
-        out.push_back(static_cast<char>(0x80 | (cp & 0x3F)));
-    } else if (cp < 0x10000) {
-        out.push_back(static_cast<char>(0xE0 | (cp >> 12)));
-        out.push_back(static_cast<char>(0x80 | ((cp >> 6) & 0x3F)));
-        out.push_back(static_cast<char>(0x80 | (cp & 0x3F)));
-    } else {
-        out.push_back(static_cast<char>(0xF0 | (cp >> 18)));
-        out.push_back(static_cast<char>(0x80 | ((cp >> 12) & 0x3F)));
-        out.push_back(static_cast<char>(0x80 | ((cp >> 6) & 0x3F)));
-        out.push_back(static_cast<char>(0x80 | (cp & 0x3F)));
-    }
-}
-
 } // namespace
 
 std::string upperCase(const std::string& text) {
@@ -73,7 +57,7 @@ std::string upperCase(const std::string& text) {
     out.clear();
     for (std::size_t i = 0; i < text.size();) {
         auto [cp, size] = codePointAt(text, i);
-        encode(upper(cp), out);
+        appendUtf8(out, upper(cp));
         i += size;
     }
     return out;

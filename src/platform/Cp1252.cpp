@@ -31,13 +31,6 @@ char byteFor(char32_t c) {
     return '?';
 }
 
-bool isAscii(const std::string& text) {
-    for (char c : text)
-        if (static_cast<unsigned char>(c) >= 0x80)
-            return false;
-    return true;
-}
-
 } // namespace
 
 std::string utf8FromCp1252(const std::string& bytes) {

@@ -1,5 +1,7 @@
 #include "platform/DateText.h"
 
+#include "platform/CaseFold.h"
+
 #include <chrono>
 #include <cstdio>
 
@@ -76,13 +78,6 @@ const char* const kMonthNames[] = {"januari",   "februari", "maart",    "april",
                                    "mei",       "juni",     "juli",     "augustus",
                                    "september", "oktober",  "november", "december"};
 
-std::string lowerCase(std::string text) {
-    for (char& c : text)
-        if (c >= 'A' && c <= 'Z')
-            c = static_cast<char>(c - 'A' + 'a');
-    return text;
-}
-
 // Numbers only: dd-mm-yyyy, d-m-yyyy, dd/mm/yyyy, yyyy-mm-dd.
 std::optional<CivilDate> numericDate(const std::string& text) {
     std::size_t pos = 0;
@@ -116,10 +111,10 @@ std::optional<CivilDate> namedMonthDate(const std::string& text) {
     std::size_t end = text.find(separator, pos);
     if (end == std::string::npos)
         return std::nullopt;
-    std::string name = lowerCase(text.substr(pos, end - pos));
+    const std::string name = text.substr(pos, end - pos);
     int month = 0;
     for (int m = 0; m < 12 && month == 0; ++m)
-        if (name == kMonths[m] || name == kMonthNames[m])
+        if (equalsIgnoringCase(name, kMonths[m]) || equalsIgnoringCase(name, kMonthNames[m]))
             month = m + 1;
     pos = end + 1;
     if (month == 0 || !readNumber(text, pos, 4, year) || pos != text.size() || end + 5 != pos)

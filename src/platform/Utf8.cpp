@@ -42,13 +42,6 @@ std::size_t sequence(const std::string& text, std::size_t i, bool surrogates, ch
     return extra + 1;
 }
 
-bool isAscii(const std::string& text) {
-    for (char c : text)
-        if (static_cast<unsigned char>(c) >= 0x80)
-            return false;
-    return true;
-}
-
 void appendUnit(std::string& out, uint16_t unit, bool bigEndian) {
     char hi = static_cast<char>(unit >> 8);
     char lo = static_cast<char>(unit & 0xFF);
@@ -57,6 +50,13 @@ void appendUnit(std::string& out, uint16_t unit, bool bigEndian) {
 }
 
 } // namespace
+
+bool isAscii(const std::string& text) {
+    for (char c : text)
+        if (static_cast<unsigned char>(c) >= 0x80)
+            return false;
+    return true;
+}
 
 char32_t decodeUtf8(const std::string& text, std::size_t& i) {
     char32_t c = 0;

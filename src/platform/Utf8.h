@@ -9,6 +9,8 @@ namespace nv {
 char32_t decodeUtf8(const std::string& text, std::size_t& i);
 void appendUtf8(std::string& out, char32_t c);
 
+bool isAscii(const std::string& text);
+
 bool isValidUtf8(const std::string& text);
 // The text with each malformed byte replaced by '?', so that it can join a UTF-8 file.
 std::string validUtf8(const std::string& text);
