@@ -3,6 +3,7 @@
 #include "platform/ContentDigest.h"
 #include "platform/FileFailure.h"
 
+#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -110,6 +111,13 @@ inline constexpr const char* kCopyTemporaryMark = ".nvtmp-";
 // without its hidden attribute.
 inline bool isCopyTemporary(const std::string& name) {
     return !name.empty() && name[0] == '.' && name.find(kCopyTemporaryMark) != std::string::npos;
+}
+
+// The name of a new temporary for a copy to base, written by the process writer.
+inline std::string copyTemporaryName(const std::string& base, unsigned long writer) {
+    static std::atomic<unsigned> counter{0};
+    return "." + base + kCopyTemporaryMark + std::to_string(writer) + "-" +
+           std::to_string(counter++);
 }
 
 // The number of the process that wrote a temporary named ".<name>.nvtmp-<process>-<count>"; 0

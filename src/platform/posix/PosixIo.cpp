@@ -131,9 +131,7 @@ int writeAll(int fd, const char* bytes, std::size_t size) {
 }
 
 std::string temporaryName(const std::string& base) {
-    static std::atomic<unsigned> counter{0};
-    return "." + base + kCopyTemporaryMark + std::to_string(::getpid()) + "-" +
-           std::to_string(counter++);
+    return copyTemporaryName(base, static_cast<unsigned long>(::getpid()));
 }
 
 std::string temporaryBeside(const std::string& native) {

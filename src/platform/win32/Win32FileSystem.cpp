@@ -236,13 +236,11 @@ std::wstring everythingIn(const std::string& folder) {
 
 // Hidden by its leading dot and marked as ours, like the copies of the Linux build.
 std::wstring temporaryName(const std::wstring& destination) {
-    static std::atomic<unsigned> counter{0};
     std::size_t cut = destination.find_last_of(L"\\:");
     std::wstring folder =
         cut == std::wstring::npos ? std::wstring() : destination.substr(0, cut + 1);
     std::wstring base = cut == std::wstring::npos ? destination : destination.substr(cut + 1);
-    return folder + L"." + base + wideFromUtf8(kCopyTemporaryMark) +
-           std::to_wstring(GetCurrentProcessId()) + L"-" + std::to_wstring(counter++);
+    return folder + wideFromUtf8(copyTemporaryName(utf8FromWide(base), GetCurrentProcessId()));
 }
 
 // A process that has ended can no longer be writing; this one writes each file from one place
