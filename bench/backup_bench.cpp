@@ -116,7 +116,7 @@ void copyUnread(nv::FileSystem& files,
     };
     for (const auto& [from, to] : copies) {
         group.push_back(*files.stageCopy(from, to));
-        bytes += group.back().bytes;
+        bytes += group.back().written.size;
         if (group.size() >= nv::CopyBatch::kMaxFiles || bytes >= nv::CopyBatch::kMaxBytes)
             commit();
     }

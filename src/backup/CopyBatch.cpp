@@ -61,7 +61,7 @@ void CopyBatch::copy(const std::string& source, const std::string& destination) 
     destinations_.insert(upperCase(destination));
     if (!staged)
         return;
-    stagedBytes_ += staged->bytes;
+    stagedBytes_ += staged->written.size;
     staged_.push_back(std::move(*staged));
     if (staged_.size() >= maxFiles_ || stagedBytes_ >= maxBytes_)
         commit();

@@ -19,7 +19,6 @@ struct StagedCopy {
     std::string destination; // drive form, as asked for
     std::string temporary;   // the platform's own path of the temporary file
     std::string target;      // and of the destination
-    std::uintmax_t bytes = 0;
     unsigned long attributes = 0; // what the platform gives the destination once in place
     ContentDigest written;        // of the bytes the source gave while they were copied
     // What of a large copy was already read back from the medium while it was written: the

@@ -65,7 +65,7 @@ TEST(LargeCopy, ATailThatWrapsOntoItsOwnHeadIsFoundAtTheEnd) {
     machine.temp.write("src/Ledger.mdb", largeBytes());
     FaultyMedium files;
     files.fault = [](const std::vector<nv::StagedCopy>& copies) {
-        FaultyMedium::flipByte(copies.front().temporary, copies.front().bytes - 10);
+        FaultyMedium::flipByte(copies.front().temporary, copies.front().written.size - 10);
     };
     nv::CopyBatch batch(files);
     batch.copy(machine.temp.drive("src/Ledger.mdb"), machine.temp.drive("Ledger.mdb"));

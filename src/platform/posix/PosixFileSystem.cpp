@@ -278,7 +278,6 @@ void writeTemporary(const Fd& in, const Destination& to, StagedCopy& copy, Bits 
         throwErrno(errno, copy.source);
     if (!S_ISREG(st.st_mode))
         throw fileFailure(kFailAccessRefused);
-    copy.bytes = static_cast<std::uintmax_t>(st.st_size);
 
     struct stat old {};
     const bool replaces =

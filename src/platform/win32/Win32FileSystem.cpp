@@ -366,7 +366,6 @@ std::optional<StagedCopy> Win32FileSystem::stageCopy(const std::string& source,
     copy.destination = destination;
     copy.temporary = utf8FromWide(temp);
     copy.target = utf8FromWide(to);
-    copy.bytes = (std::uintmax_t{info.nFileSizeHigh} << 32) | info.nFileSizeLow;
     copy.attributes = keep;
     copy.written = digest.digest();
     return copy;
