@@ -22,7 +22,8 @@ namespace {
 const char* const kCrLf = "\r\n";
 const char* const kWriteFailureTitle = "Fout bij schrijven naar backup schijf";
 
-// How deep a folder is searched for files; a backup writes one level deep at most.
+// How deep a folder is searched for files; a backup writes one level deep, but a user may have
+// nested folders of their own in a folder of this name.
 constexpr int kFolderDepth = 8;
 
 bool holdsFiles(const std::string& folder, int depth) {
