@@ -1,4 +1,5 @@
 #include "platform/CaseFold.h"
+#include "platform/DriveFormConversion.h"
 #include "platform/FileFailure.h"
 #include "platform/SpecialFolders.h"
 #include "production/KnownFile.h"
@@ -73,6 +74,17 @@ std::string productionFolderOfProgram(const std::string& path) {
 
 std::string fProductionFolderOf(std::string path) {
     return settleProgramPath(path) ? productionFolderOfProgram(path) : "";
+}
+
+std::string settingsFileOfThisStart() {
+    const std::string production = fProductionFolderOf(AppPath());
+    if (production.empty())
+        return "";
+    try {
+        return nativeFormOf(production + kIniFileName);
+    } catch (const FileFailure&) {
+        return "";
+    }
 }
 
 std::string fFindAppDir(std::string& path, uint8_t& status) {
