@@ -7,6 +7,7 @@
 #include "platform/qt/QtShell.h"
 #include "platform/qt/ShowHelp.h"
 #include "platform/qt/SingleInstance.h"
+#include "production/KnownFile.h"
 #include "startup/AppSettings.h"
 
 #include <QApplication>
@@ -43,7 +44,7 @@ int main(int argc, char** argv) {
 
     // Before anything is read or moved: a second program on the same settings would undo the
     // first one's edits of the list.
-    nv::SingleInstance instance(nv::settingsFileOfThisStart());
+    nv::SingleInstance instance(QString::fromStdString(nv::settingsFileOfThisStart()));
     if (!nv::goOnAsOnlyStart(instance))
         return 0;
 

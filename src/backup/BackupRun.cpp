@@ -22,7 +22,8 @@ namespace {
 const char* const kCrLf = "\r\n";
 const char* const kWriteFailureTitle = "Fout bij schrijven naar backup schijf";
 
-// How deep a folder is searched for files; a backup writes one level deep at most.
+// How deep a folder is searched for files; a backup writes one level deep, but a user may have
+// nested folders of their own in a folder of this name.
 constexpr int kFolderDepth = 8;
 
 bool holdsFiles(const std::string& folder, int depth) {
@@ -220,28 +221,18 @@ void backUp(BackupWindows& windows, CopyBatch& copies, int16_t& intLoop,
             continue;
         }
 
-        std::string destination;
-        if (mirrored) {
-            destination = fFullPath(source, strBackupFolder);
-            // Two rows from folders of one name with one bare name would meet at one
-            // destination; the second is refused as in the flat layout, and so is a file that
-            // came there meanwhile.
-            if (!destination.empty() && (copies.holds(destination) || answeredOrYes([&] {
-                                             return !fFirstMatch(destination).empty();
-                                         }))) {
-                showDuplicate(name);
-                blnFlawed = true;
-                continue;
-            }
-        } else {
-            destination = strBackupFolder + "\\" + name;
-            // A copy still waiting for its commit is not on disk under its name yet.
-            if (copies.holds(destination) ||
-                answeredOrYes([&] { return !fFirstMatch(destination).empty(); })) {
-                showDuplicate(name);
-                blnFlawed = true;
-                continue;
-            }
+        // Two rows from folders of one name with one bare name would meet at one mirrored
+        // destination; the second is refused as in the flat layout, and so is a file that came
+        // there meanwhile. An empty mirrored destination has told its failure and goes on as is.
+        const std::string destination =
+            mirrored ? fFullPath(source, strBackupFolder) : strBackupFolder + "\\" + name;
+        // A copy still waiting for its commit is not on disk under its name yet.
+        if (!destination.empty() && (copies.holds(destination) || answeredOrYes([&] {
+                                         return !fFirstMatch(destination).empty();
+                                     }))) {
+            showDuplicate(name);
+            blnFlawed = true;
+            continue;
         }
         goOnBehind([&] { windows.runCopy([&] { copies.copy(source, destination); }); });
     }

@@ -19,14 +19,15 @@ std::vector<std::string> foldersOf(const std::string& folder) {
     }
 }
 
-} // namespace
-
+// Removes what interrupted copies left in a folder and its subfolders. Never fails.
 void subSweepFolderLeftovers(const std::string& folder) {
     subRemoveCopyLeftovers(folder);
     // A backup writes one level deep at most.
     for (const std::string& sub : foldersOf(folder))
         subRemoveCopyLeftovers(folder + "\\" + sub);
 }
+
+} // namespace
 
 void subSweepBackupLeftovers(const std::string& driveTarget, const std::string& runFolder,
                              std::chrono::milliseconds budget) {

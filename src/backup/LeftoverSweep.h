@@ -14,7 +14,4 @@ inline constexpr std::chrono::milliseconds kSweepBudget{2000};
 void subSweepBackupLeftovers(const std::string& driveTarget, const std::string& runFolder,
                              std::chrono::milliseconds budget = kSweepBudget);
 
-// Removes what interrupted copies left in a folder and its subfolders. Never fails.
-void subSweepFolderLeftovers(const std::string& folder);
-
 } // namespace nv

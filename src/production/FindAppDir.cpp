@@ -1,4 +1,5 @@
 #include "platform/CaseFold.h"
+#include "platform/DriveFormConversion.h"
 #include "platform/FileFailure.h"
 #include "platform/SpecialFolders.h"
 #include "production/KnownFile.h"
@@ -51,13 +52,15 @@ void deleteIfThere(const std::string& path) {
     }
 }
 
-} // namespace
-
-std::string fProductionFolderOf(std::string path) {
+// Ends path in a backslash; false when it does not start with a drive letter.
+bool settleProgramPath(std::string& path) {
     if (path.empty() || path.back() != '\\')
         path += '\\';
-    if (path.size() < 2 || path[1] != ':')
-        return "";
+    return path.size() >= 2 && path[1] == ':';
+}
+
+// The production folder of a settled program path.
+std::string productionFolderOfProgram(const std::string& path) {
     std::vector<std::string> parts = splitPath(path);
     std::string installFolder = parts[parts.size() - 2];
     std::string head = parts[0] + "\\" + parts[1];
@@ -67,10 +70,25 @@ std::string fProductionFolderOf(std::string path) {
     return roaming.empty() ? path : roaming + "\\" + installFolder + "\\";
 }
 
+} // namespace
+
+std::string fProductionFolderOf(std::string path) {
+    return settleProgramPath(path) ? productionFolderOfProgram(path) : "";
+}
+
+std::string settingsFileOfThisStart() {
+    const std::string production = fProductionFolderOf(AppPath());
+    if (production.empty())
+        return "";
+    try {
+        return nativeFormOf(production + kIniFileName);
+    } catch (const FileFailure&) {
+        return "";
+    }
+}
+
 std::string fFindAppDir(std::string& path, uint8_t& status) {
-    if (path.empty() || path.back() != '\\')
-        path += '\\';
-    if (path.size() < 2 || path[1] != ':') {
+    if (!settleProgramPath(path)) {
         MsgBox("Geen Directory");
         return "";
     }
@@ -80,7 +98,7 @@ std::string fFindAppDir(std::string& path, uint8_t& status) {
         known[static_cast<std::size_t>(row)] = fKnownFileName(row);
 
     const std::string program = path;
-    std::string production = fProductionFolderOf(path);
+    std::string production = productionFolderOfProgram(path);
     std::string virtualStore;
     uint8_t result = 0;
 

@@ -34,6 +34,8 @@ std::string fFindAppDir(std::string& path, uint8_t& status);
 // The production folder fFindAppDir settles for a program in path, without touching a file; ""
 // when the program folder has no drive letter.
 std::string fProductionFolderOf(std::string path);
+// The settings file this start of the program will use, native; "" when it cannot be told.
+std::string settingsFileOfThisStart();
 
 // Brings the list in the settings file at iniPath in step with the known files in folder.
 void subReconcileBackupList(const std::string& folder, const std::string& iniPath);

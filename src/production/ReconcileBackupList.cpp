@@ -37,7 +37,7 @@ void subReconcileBackupList(const std::string& folder, const std::string& iniPat
                     rows[n] = target;
                     subWriteIni(iniPath, kSectionFiles, rowKey(n), rows[n]);
                 }
-            } else if (count < 32767) {
+            } else if (count < kMaximumRows) {
                 ++count;
                 rows[count] = target;
                 subWriteIni(iniPath, kSectionFiles, rowKey(count), rows[count]);

@@ -63,10 +63,12 @@ std::string fRestoreSelectedRows(RestoreList& list, const std::string& sourceFol
     std::set<std::string> folders;
     for (int row = 0; row <= last; ++row) {
         const std::string text = list.text(row);
-        const std::size_t cut = text.find_last_of('\\');
-        if (list.selected(row) && cut != std::string::npos &&
-            folders.insert(upperCase(text.substr(0, cut))).second)
-            subRemoveCopyLeftovers(text.substr(0, cut));
+        // A bare name lies in no folder to look in; a name at a root does.
+        if (!list.selected(row) || text.find('\\') == std::string::npos)
+            continue;
+        const std::string folder = folderOf(text);
+        if (folders.insert(upperCase(folder)).second)
+            subRemoveCopyLeftovers(folder);
     }
     for (int row = 0; row <= last; ++row) {
         intLoop = static_cast<int16_t>(row);

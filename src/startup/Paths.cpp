@@ -31,6 +31,11 @@ std::string fFileOfPath(std::string& path) {
     return parts.back();
 }
 
+std::string folderOf(const std::string& path) {
+    const std::size_t cut = path.find_last_of('\\');
+    return cut == std::string::npos ? std::string() : path.substr(0, cut);
+}
+
 std::string fSpecialFolder(int csidl) {
     return platform().folders->folder(csidl);
 }

@@ -12,6 +12,9 @@ std::vector<std::string> splitPath(const std::string& path);
 // path or a lone backslash has no component and throws FileFailure.
 std::string fFileOfPath(std::string& path);
 
+// The folder path lies in, without its trailing backslash; "" for a bare name.
+std::string folderOf(const std::string& path);
+
 // A folder of the platform (26, 28, 38) in drive form without trailing backslash, or "".
 std::string fSpecialFolder(int csidl);
 

@@ -58,10 +58,10 @@ std::string rowKey(int row) {
 
 long fRowCount(const std::string& countText, const std::string& file) {
     long count = 0;
-    if (parseWholeNumber(countText, 0, 32767, count))
+    if (parseWholeNumber(countText, 0, kMaximumRows, count))
         return count;
     const std::string target = settingsFile(file);
-    while (count < 32767 && fReadIni(target, kSectionFiles, rowKey(count + 1), "?") != "?")
+    while (count < kMaximumRows && fReadIni(target, kSectionFiles, rowKey(count + 1), "?") != "?")
         ++count;
     return count;
 }

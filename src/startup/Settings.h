@@ -28,8 +28,11 @@ std::string fIniValue(const std::string& section, const std::string& key,
 // "BackUpfile" + n.
 std::string rowKey(int row);
 
+// The most rows the backup list holds: AantalFiles is a signed 16-bit count.
+inline constexpr int kMaximumRows = 32767;
+
 // The number of rows the list holds: the text of AantalFiles when it is a whole number from 0 to
-// 32767, else the number of BackUpfile keys that follow each other from 1, so that a damaged
+// kMaximumRows, else the number of BackUpfile keys that follow each other from 1, so that a damaged
 // count does not lose the list. file selects the settings file as in fIniValue.
 long fRowCount(const std::string& countText, const std::string& file);
 

@@ -3,10 +3,10 @@
 #include "platform/DriveFormConversion.h"
 #include "platform/FailureText.h"
 #include "platform/qt/ControlNames.h"
+#include "platform/qt/SansFont.h"
 #include "platform/qt/Twips.h"
 #include "startup/AppSettings.h"
 
-#include <QApplication>
 #include <QCloseEvent>
 #include <QGuiApplication>
 #include <QLabel>
@@ -29,9 +29,7 @@ FrmCopy::FrmCopy(QWidget* parent)
     setObjectName("Frm_Copy");
     setWindowTitle("Kopieren");
     setAccessibleName(windowTitle());
-    QFont font = QApplication::font();
-    font.setPointSizeF(8.25);
-    setFont(font);
+    setFont(sansFont(8.25));
     setFixedSize(twips(4605), twips(3090));
 
     Animation1 = named(new QLabel(this), "Animation1", "Animatie van het kopi\u00ebren");

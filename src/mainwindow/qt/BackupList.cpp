@@ -14,13 +14,6 @@
 
 namespace nv {
 
-namespace {
-
-// AantalFiles is a signed 16-bit count.
-constexpr int kMaximumRows = 32767;
-
-} // namespace
-
 void FrmMain::CmdSelectFiles_Click() {
     auto& s = AppSettings;
     std::string FileName = platform().dialogs->showOpen("Files voor BackUp", s.dirfrom);
@@ -92,7 +85,7 @@ void FrmMain::INIbijwerken() {
     for (int n = 1; n <= s.AantalFiles; ++n) {
         intLoop = static_cast<int16_t>(n);
         std::string value = LstSelectedFiles->item(n - 1)->text().toStdString();
-        subWriteIni(s.strIniFile, kSectionFiles, "BackUpfile" + std::to_string(n), value);
+        subWriteIni(s.strIniFile, kSectionFiles, rowKey(n), value);
         s.strFiles[static_cast<std::size_t>(n)] = value;
     }
     subWriteIni(s.strIniFile, kSectionBasic, "dirfrom", s.dirfrom);

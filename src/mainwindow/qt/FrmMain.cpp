@@ -11,6 +11,7 @@
 #include "platform/FailureText.h"
 #include "platform/FileFailure.h"
 #include "platform/qt/ControlNames.h"
+#include "platform/qt/SansFont.h"
 #include "platform/qt/Twips.h"
 #include "platform/qt/WrappingButton.h"
 #include "sidewindows/qt/FrmAbout.h"

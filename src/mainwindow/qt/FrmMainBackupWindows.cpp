@@ -22,17 +22,17 @@ void FrmMainBackupWindows::refreshTargetDirectories() {
 }
 
 void FrmMainBackupWindows::runCopy(const std::function<void()>& work) {
-    const bool watching = main_.Timer1->isActive();
+    // The window's timer rests while a copy runs and goes on after it, however the copy ends.
+    struct Resume {
+        QTimer* timer;
+        bool watching;
+        ~Resume() {
+            if (watching)
+                timer->start();
+        }
+    } resume{main_.Timer1, main_.Timer1->isActive()};
     main_.Timer1->stop();
-    try {
-        QtBackupWindows::runCopy(work);
-    } catch (...) {
-        if (watching)
-            main_.Timer1->start();
-        throw;
-    }
-    if (watching)
-        main_.Timer1->start();
+    QtBackupWindows::runCopy(work);
 }
 
 } // namespace nv

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QFont>
 #include <QString>
 #include <string>
 
@@ -11,8 +10,5 @@ namespace nv {
 inline QString fromStd(const std::string& text) {
     return QString::fromStdString(text);
 }
-
-// The program's sans-serif face at a size in points.
-QFont sansFont(double points, bool bold = false);
 
 } // namespace nv

@@ -2,10 +2,22 @@
 
 #include "mainwindow/qt/FrmMain.h"
 #include "sidewindows/qt/FrmSplash.h"
+#include "startup/MsgBox.h"
 
 #include <QCoreApplication>
 
 namespace nv {
+
+const char* const kAlreadyOpenText =
+    "Norvale Backup is al geopend.\r\n\r\nU kunt verder werken in het venster dat al openstaat.";
+
+bool goOnAsOnlyStart(SingleInstance& instance) {
+    if (instance.first())
+        return true;
+    MsgBox(kAlreadyOpenText, Buttons::OK, Icon::Information);
+    instance.askFirstToComeForward();
+    return false;
+}
 
 void QtStartWindows::loadMainWindow() {
     main_ = new FrmMain;

@@ -1,8 +1,8 @@
 #include "platform/qt/ShowHelp.h"
 
-#include "platform/qt/HelpWindow.h"
-#include "platform/FileFailure.h"
 #include "platform/DriveFormConversion.h"
+#include "platform/FileFailure.h"
+#include "platform/qt/HelpWindow.h"
 #include "startup/MsgBox.h"
 
 #include <QApplication>

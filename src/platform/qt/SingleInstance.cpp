@@ -1,21 +1,12 @@
 #include "platform/qt/SingleInstance.h"
 
 #include "platform/CaseFold.h"
-#include "platform/DriveFormConversion.h"
-#include "platform/FileFailure.h"
-#include "production/KnownFile.h"
-#include "startup/AppSettings.h"
-#include "startup/MsgBox.h"
-#include "startup/Settings.h"
 
 #include <QCryptographicHash>
 #include <QFileInfo>
 #include <QLocalSocket>
 
 namespace nv {
-
-const char* const kAlreadyOpenText =
-    "Norvale Backup is al geopend.\r\n\r\nU kunt verder werken in het venster dat al openstaat.";
 
 namespace {
 
@@ -65,25 +56,6 @@ bool SingleInstance::askFirstToComeForward() {
     QLocalSocket socket;
     socket.connectToServer(name_);
     return socket.waitForConnected(kConnectWait);
-}
-
-bool goOnAsOnlyStart(SingleInstance& instance) {
-    if (instance.first())
-        return true;
-    MsgBox(kAlreadyOpenText, Buttons::OK, Icon::Information);
-    instance.askFirstToComeForward();
-    return false;
-}
-
-QString settingsFileOfThisStart() {
-    const std::string production = fProductionFolderOf(AppPath());
-    if (production.empty())
-        return {};
-    try {
-        return QString::fromStdString(nativeFormOf(production + kIniFileName));
-    } catch (const FileFailure&) {
-        return {};
-    }
 }
 
 } // namespace nv

@@ -8,8 +8,6 @@
 
 namespace nv {
 
-extern const char* const kAlreadyOpenText;
-
 // One running program per settings file: two would undo each other's edits of the list. A lock
 // file beside the settings file decides, and holds across users and after a crash (a lock whose
 // process has gone is taken over); a local socket lets a later start ask the first to come
@@ -38,12 +36,5 @@ private:
     QString name_;
     bool first_ = true;
 };
-
-// At a start: tells the user when the program is already open on these settings, then has its
-// window come forward. False when this start is to end.
-bool goOnAsOnlyStart(SingleInstance& instance);
-
-// The settings file this start will use, native; "" when it cannot be told.
-QString settingsFileOfThisStart();
 
 } // namespace nv

@@ -2,10 +2,10 @@
 // that glides to what each step is about.
 #include "mainwindow/qt/FrmMain.h"
 
-#include "mainwindow/qt/MainWindowKit.h"
 #include "mainwindow/qt/TargetLists.h"
 #include "platform/FileFailure.h"
 #include "platform/qt/ControlNames.h"
+#include "platform/qt/SansFont.h"
 #include "platform/qt/Twips.h"
 #include "restore/Glide.h"
 #include "restore/RestoreRun.h"

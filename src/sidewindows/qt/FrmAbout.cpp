@@ -1,12 +1,12 @@
 #include "sidewindows/qt/FrmAbout.h"
 
 #include "platform/qt/ControlNames.h"
+#include "platform/qt/SansFont.h"
 #include "platform/qt/Twips.h"
 #include "sidewindows/OpenUrl.h"
 #include "sidewindows/qt/FrmSplash.h"
 #include "startup/AppSettings.h"
 
-#include <QApplication>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -60,9 +60,7 @@ FrmAbout::FrmAbout(QWidget* parent)
                           Qt::MSWindowsFixedSizeDialogHint) {
     setObjectName("frmAbout");
     setModal(true);
-    QFont font = QApplication::font();
-    font.setPointSizeF(8.25);
-    setFont(font);
+    setFont(sansFont(8.25));
     setFixedSize(twips(6090), twips(5040));
     move(twips(3120), twips(2970));
 
@@ -71,10 +69,7 @@ FrmAbout::FrmAbout(QWidget* parent)
     Image1->setScaledContents(true);
     Image1->setGeometry(twipsRect(0, 120, 1650, 1335));
     lblTitle = label(this, "lblTitle", twipsRect(1770, 240, 3885, 480));
-    QFont title = font;
-    title.setPointSizeF(12);
-    title.setBold(true);
-    lblTitle->setFont(title);
+    lblTitle->setFont(sansFont(12, true));
     lblVersion = label(this, "lblVersion", twipsRect(1770, 780, 3885, 225));
     lblDescription = label(this, "lblDescription", twipsRect(1770, 1125, 3885, 1890));
     colourText(lblDescription, Qt::black);

@@ -1,3 +1,4 @@
+#include "mainwindow/qt/StartWindows.h"
 #include "platform/qt/SingleInstance.h"
 #include "startup/AppSettings.h"
 #include "support/TestMachine.h"

@@ -1,4 +1,4 @@
-#include "mainwindow/qt/MainWindowKit.h"
+#include "platform/qt/SansFont.h"
 
 #include <QApplication>
 
