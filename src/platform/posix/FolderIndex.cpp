@@ -7,6 +7,7 @@
 #include <climits>
 #include <dirent.h>
 #include <fcntl.h>
+#include <linux/magic.h>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -18,23 +19,28 @@ namespace nv {
 
 namespace {
 
+// Magic numbers that <linux/magic.h> does not name.
+constexpr unsigned long kNtfs3Magic = 0x7366746E;
+constexpr unsigned long kHfsPlusMagic = 0x482B;
+constexpr unsigned long kUdfMagic = 0x15013346;
+
 // File systems whose folders change only through this machine's kernel, which then tells every
 // change: local disks and memory. On a network or FUSE file system a change can come from
 // elsewhere without a notice, so such folders are listed at every question.
 bool changesOnlyHere(long type) {
     switch (static_cast<unsigned long>(type)) {
-    case 0xEF53:     // ext2, ext3, ext4
-    case 0x58465342: // xfs
-    case 0x9123683E: // btrfs
-    case 0xF2F52010: // f2fs
-    case 0x01021994: // tmpfs
-    case 0x858458F6: // ramfs
-    case 0x4D44:     // vfat, msdos
-    case 0x2011BAB0: // exfat
-    case 0x7366746E: // ntfs3
-    case 0x482B:     // hfsplus
-    case 0x15013346: // udf
-    case 0x9660:     // iso9660
+    case EXT4_SUPER_MAGIC: // ext2 and ext3 too
+    case XFS_SUPER_MAGIC:
+    case BTRFS_SUPER_MAGIC:
+    case F2FS_SUPER_MAGIC:
+    case TMPFS_MAGIC:
+    case RAMFS_MAGIC:
+    case MSDOS_SUPER_MAGIC: // vfat too
+    case EXFAT_SUPER_MAGIC:
+    case kNtfs3Magic:
+    case kHfsPlusMagic:
+    case kUdfMagic:
+    case ISOFS_SUPER_MAGIC:
         return true;
     default:
         return false;

@@ -13,6 +13,7 @@
 #include <dirent.h>
 #include <fcntl.h>
 #include <functional>
+#include <linux/magic.h>
 #include <memory>
 #include <stdio.h>
 #include <sys/stat.h>
@@ -348,8 +349,6 @@ bool syncfsReportsFailures() {
     return reports;
 }
 
-constexpr long kFuseMagic = 0x65735546;
-
 // How many copies a read-back asks the medium for at once, and how much of each it asks for
 // ahead: small files then come back in parallel, and sequential read-ahead does the rest.
 constexpr std::size_t kReadAheadFiles = 64;
@@ -564,7 +563,7 @@ std::shared_ptr<PosixFileSystem::Watch> PosixFileSystem::watchFor(int folder, de
         return nullptr;
     struct statfs fs {};
     watch->whole = syncfsReportsFailures() && ::fstatfs(watch->folder.fd, &fs) == 0 &&
-                   static_cast<long>(fs.f_type) != kFuseMagic;
+                   static_cast<long>(fs.f_type) != FUSE_SUPER_MAGIC;
     known = watch;
     return watch;
 }
