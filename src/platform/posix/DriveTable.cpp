@@ -23,10 +23,6 @@ bool isFolder(const std::string& path) {
     return ::stat(path.c_str(), &st) == 0 && S_ISDIR(st.st_mode);
 }
 
-bool underMedia(const std::string& path) {
-    return path.starts_with("/media/") || path.starts_with("/run/media/");
-}
-
 } // namespace
 
 std::vector<std::pair<char, std::string>> parseDrivesVariable(const std::string& text) {
@@ -219,12 +215,7 @@ void DriveTable::remove(char letter) {
 std::string DriveTable::toDriveForm(const std::string& nativePath) {
     const DriveInfo* best = nullptr;
     for (auto& [letter, info] : drives_) {
-        const std::string& root = info.root;
-        bool matches =
-            root == "/" ? !nativePath.empty() && nativePath[0] == '/'
-                        : nativePath.compare(0, root.size(), root) == 0 &&
-                              (nativePath.size() == root.size() || nativePath[root.size()] == '/');
-        if (matches && (!best || root.size() > best->root.size()))
+        if (atOrBelow(nativePath, info.root) && (!best || info.root.size() > best->root.size()))
             best = &info;
     }
     if (!best)

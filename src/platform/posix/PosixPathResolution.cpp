@@ -2,6 +2,7 @@
 
 #include "platform/FailureText.h"
 #include "platform/posix/FolderIndex.h"
+#include "platform/posix/PosixIo.h"
 
 #include <cctype>
 #include <sys/stat.h>
@@ -66,10 +67,6 @@ struct Joined {
     }
 };
 
-std::string child(const std::string& folder, const std::string& name) {
-    return (folder == "/" ? "" : folder) + "/" + name;
-}
-
 } // namespace
 
 std::pair<std::string, std::string> splitLast(const std::string& drivePath) {
@@ -113,7 +110,7 @@ ResolvedPath resolvePath(DriveTable& drives, const std::string& drivePath, Folde
     bool onDisk = k == 0 || S_ISDIR(st.st_mode);
     for (std::size_t i = k; i < n; ++i) {
         const std::string& part = parsed.parts[i];
-        std::string exact = child(path, part);
+        std::string exact = joinNative(path, part);
         if (onDisk) {
             struct stat probe {};
             if (i > k && ::lstat(exact.c_str(), &probe) == 0) {
@@ -129,7 +126,7 @@ ResolvedPath resolvePath(DriveTable& drives, const std::string& drivePath, Folde
                 other = listedEntryIgnoringCase(path, part);
             }
             if (!other.empty()) {
-                path = child(path, other);
+                path = joinNative(path, other);
                 // Only a folder is looked into; a link found in other letters is not.
                 onDisk = i + 1 < n && ::lstat(path.c_str(), &st) == 0 && S_ISDIR(st.st_mode);
                 continue;
