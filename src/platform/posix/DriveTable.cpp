@@ -85,21 +85,21 @@ void DriveTable::refreshMounts() {
     if (options_.mountinfoPath.empty())
         return;
     // The kernel flags the mount table of a process when it changes, so a check costs one poll.
-    if (mountFd_ < 0 && !mountFdTried_) {
+    if (mountFd_.fd < 0 && !mountFdTried_) {
         mountFdTried_ = true;
         if (options_.mountinfoPath.rfind("/proc/", 0) == 0)
-            mountFd_ = ::open(options_.mountinfoPath.c_str(), O_RDONLY | O_CLOEXEC);
+            mountFd_.fd = ::open(options_.mountinfoPath.c_str(), O_RDONLY | O_CLOEXEC);
     }
-    if (mountFd_ >= 0 && haveReadMounts_) {
-        pollfd pfd{mountFd_, POLLPRI, 0};
+    if (mountFd_.fd >= 0 && haveReadMounts_) {
+        pollfd pfd{mountFd_.fd, POLLPRI, 0};
         if (::poll(&pfd, 1, 0) <= 0 || !(pfd.revents & (POLLPRI | POLLERR)))
             return;
     }
     std::string text;
-    if (mountFd_ >= 0) {
+    if (mountFd_.fd >= 0) {
         char buffer[8192];
-        ::lseek(mountFd_, 0, SEEK_SET);
-        for (ssize_t n; (n = ::read(mountFd_, buffer, sizeof buffer)) > 0;)
+        ::lseek(mountFd_.fd, 0, SEEK_SET);
+        for (ssize_t n; (n = ::read(mountFd_.fd, buffer, sizeof buffer)) > 0;)
             text.append(buffer, static_cast<std::size_t>(n));
     } else {
         std::ifstream in(options_.mountinfoPath, std::ios::binary);
@@ -110,16 +110,13 @@ void DriveTable::refreshMounts() {
     haveReadMounts_ = true;
     // When the kernel says the table changed, it did, even if it reads the same: one loop device
     // or /dev/sdb1 may have come back with another stick behind it.
-    if (text == lastMountinfo_ && mountFd_ < 0)
+    if (text == lastMountinfo_ && mountFd_.fd < 0)
         return;
     lastMountinfo_ = text;
     rebuild();
 }
 
-DriveTable::~DriveTable() {
-    if (mountFd_ >= 0)
-        ::close(mountFd_);
-}
+DriveTable::~DriveTable() = default;
 
 void DriveTable::rebuild() {
     drives_ = fixed_;

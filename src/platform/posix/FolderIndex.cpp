@@ -90,10 +90,7 @@ std::string listedEntryIgnoringCase(const std::string& folder, const std::string
 
 FolderIndex::FolderIndex() = default;
 
-FolderIndex::~FolderIndex() {
-    if (notices_ >= 0)
-        ::close(notices_);
-}
+FolderIndex::~FolderIndex() = default;
 
 std::string FolderIndex::entryIgnoringCase(const std::string& folder, const struct stat& st,
                                            const std::string& name) {
@@ -103,9 +100,9 @@ std::string FolderIndex::entryIgnoringCase(const std::string& folder, const stru
     if (!tried_) {
         // Made at the first question: a program that never asks one keeps the instance free.
         tried_ = true;
-        notices_ = ::inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+        notices_.fd = ::inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
     }
-    if (notices_ < 0)
+    if (notices_.fd < 0)
         return listedEntryIgnoringCase(folder, name);
     drainNotices();
 
@@ -147,7 +144,7 @@ FolderIndex::Folder* FolderIndex::watchAndList(const std::string& folder) {
     // Watched through the open descriptor, so the notices, the listing and the recorded identity
     // all belong to one folder even if the path changes meanwhile.
     const std::string self = "/proc/self/fd/" + std::to_string(fd);
-    int watch = ::inotify_add_watch(notices_, self.c_str(), kNoticeMask);
+    int watch = ::inotify_add_watch(notices_.fd, self.c_str(), kNoticeMask);
     if (watch < 0)
         return nullptr;
     // The kernel keeps one watch per folder: a folder reached before by another path leaves that.
@@ -183,7 +180,7 @@ FolderIndex::Folder* FolderIndex::watchAndList(const std::string& folder) {
 void FolderIndex::drainNotices() {
     alignas(inotify_event) char buffer[16384];
     for (bool more = true; more;) {
-        ssize_t n = ::read(notices_, buffer, sizeof buffer);
+        ssize_t n = ::read(notices_.fd, buffer, sizeof buffer);
         if (n < 0 && errno == EINTR)
             continue;
         if (n <= 0) {
@@ -231,14 +228,14 @@ void FolderIndex::forget(const std::string& folder, bool removeWatch) {
     if (it == folders_.end())
         return;
     if (removeWatch)
-        ::inotify_rm_watch(notices_, it->second.watch);
+        ::inotify_rm_watch(notices_.fd, it->second.watch);
     byWatch_.erase(it->second.watch);
     folders_.erase(it);
 }
 
 void FolderIndex::forgetAll() {
     for (auto& [path, folder] : folders_)
-        ::inotify_rm_watch(notices_, folder.watch);
+        ::inotify_rm_watch(notices_.fd, folder.watch);
     folders_.clear();
     byWatch_.clear();
 }

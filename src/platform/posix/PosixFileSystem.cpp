@@ -291,10 +291,8 @@ void writeTemporary(const Fd& in, const Destination& to, StagedCopy& copy, Bits 
         throw fileFailure(kFailAccessRefused);
 
     const std::string temp = temporaryName(to.name);
-    Fd out;
-    out.fd =
-        ::openat(to.folder.fd, temp.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
-                 replaces ? 0600 : st.st_mode & 0775);
+    Fd out(::openat(to.folder.fd, temp.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
+                    replaces ? 0600 : st.st_mode & 0775));
     if (out.fd < 0)
         throwErrno(errno, copy.destination);
 
@@ -330,8 +328,7 @@ void writeTemporary(const Fd& in, const Destination& to, StagedCopy& copy, Bits 
 // Flushes one written file through a descriptor of its own; unlike syncfs this also reaches
 // the medium behind a FUSE file system.
 void fsyncPath(const std::string& path, const std::string& drivePath) {
-    Fd fd;
-    fd.fd = ::open(path.c_str(), O_WRONLY | O_CLOEXEC);
+    Fd fd(::open(path.c_str(), O_WRONLY | O_CLOEXEC));
     if (fd.fd < 0 || ::fsync(fd.fd) != 0)
         throwErrno(errno, drivePath);
 }

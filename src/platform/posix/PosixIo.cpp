@@ -106,9 +106,7 @@ int openRegularNoFollow(int folder, const std::string& name) {
         return -1;
     }
     ::fcntl(in.fd, F_SETFL, ::fcntl(in.fd, F_GETFL) & ~O_NONBLOCK);
-    int fd = in.fd;
-    in.fd = -1;
-    return fd;
+    return in.release();
 }
 
 std::string joinNative(const std::string& folder, const std::string& name) {

@@ -20,6 +20,12 @@ struct Fd {
     Fd& operator=(const Fd&) = delete;
     // Closes it now, for what the close says: 0 or its errno.
     int close();
+    // Hands the descriptor over to the caller, who closes it; holds none after.
+    int release() {
+        int open = fd;
+        fd = -1;
+        return open;
+    }
 };
 
 // The folder of a native path ("/" for a name in the root, "." for a bare name), and its name.

@@ -72,8 +72,7 @@ namespace {
 
 // Reads a plain file whole; false with errno set when it cannot be read.
 bool readFile(const std::string& path, std::string& bytes, Stamp& stamp) {
-    Fd in;
-    in.fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    Fd in(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
     if (in.fd < 0)
         return false;
     struct stat st {};
@@ -120,9 +119,8 @@ bool save(const std::string& native, PosixProfileStore::Image& image) {
     removeTemporaries(folder, baseOf(target));
 
     std::string temp = temporaryBeside(target);
-    Fd out;
-    out.fd = ::open(temp.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW,
-                    had ? 0600 : 0644);
+    Fd out(::open(temp.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW,
+                  had ? 0600 : 0644));
     if (out.fd < 0)
         return false;
     bool ok = true;
