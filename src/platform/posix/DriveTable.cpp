@@ -8,9 +8,7 @@
 #include <cstdlib>
 #include <ctime>
 #include <fcntl.h>
-#include <fstream>
 #include <poll.h>
-#include <sstream>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -96,16 +94,12 @@ void DriveTable::refreshMounts() {
             return;
     }
     std::string text;
+    // A table that cannot be read gives what was read of it.
     if (mountFd_.fd >= 0) {
-        char buffer[8192];
         ::lseek(mountFd_.fd, 0, SEEK_SET);
-        for (ssize_t n; (n = ::read(mountFd_.fd, buffer, sizeof buffer)) > 0;)
-            text.append(buffer, static_cast<std::size_t>(n));
-    } else {
-        std::ifstream in(options_.mountinfoPath, std::ios::binary);
-        std::ostringstream buffer;
-        buffer << in.rdbuf();
-        text = buffer.str();
+        readAll(mountFd_.fd, text);
+    } else if (Fd in(::open(options_.mountinfoPath.c_str(), O_RDONLY | O_CLOEXEC)); in.fd >= 0) {
+        readAll(in.fd, text);
     }
     haveReadMounts_ = true;
     // When the kernel says the table changed, it did, even if it reads the same: one loop device

@@ -1,10 +1,10 @@
 #include "platform/posix/FileSystemType.h"
 
 #include "platform/posix/Mounts.h"
+#include "platform/posix/PosixIo.h"
 
-#include <fstream>
+#include <fcntl.h>
 #include <linux/magic.h>
-#include <sstream>
 #include <sys/stat.h>
 #include <sys/statfs.h>
 #include <sys/sysmacros.h>
@@ -15,10 +15,10 @@ namespace {
 
 // The type mountinfo gives the mount of a device ("8:17"); "" when none is listed.
 std::string typeOfDevice(const std::string& device, const std::string& mountinfoPath) {
-    std::ifstream in(mountinfoPath);
-    std::ostringstream text;
-    text << in.rdbuf();
-    for (const Mount& mount : parseMountinfo(text.str()))
+    std::string text;
+    if (Fd in(::open(mountinfoPath.c_str(), O_RDONLY | O_CLOEXEC)); in.fd >= 0)
+        readAll(in.fd, text);
+    for (const Mount& mount : parseMountinfo(text))
         if (mount.device == device)
             return mount.type;
     return "";

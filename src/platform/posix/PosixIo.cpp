@@ -113,6 +113,20 @@ std::string joinNative(const std::string& folder, const std::string& name) {
     return (folder == "/" ? std::string() : folder) + "/" + name;
 }
 
+int readAll(int fd, std::string& out) {
+    char buffer[16384];
+    for (;;) {
+        ssize_t n = ::read(fd, buffer, sizeof buffer);
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n < 0)
+            return errno;
+        if (n == 0)
+            return 0;
+        out.append(buffer, static_cast<std::size_t>(n));
+    }
+}
+
 int writeAll(int fd, const char* bytes, std::size_t size) {
     std::size_t done = 0;
     while (done < size) {

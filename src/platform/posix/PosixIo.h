@@ -48,6 +48,10 @@ int openRegularNoFollow(int folder, const std::string& name);
 // Joins a name to a native folder ("/" + "a" is "/a").
 std::string joinNative(const std::string& folder, const std::string& name);
 
+// Reads from fd to its end, through interruptions, appending to out; 0 or the errno of the
+// failure (out then holds what was read before it).
+int readAll(int fd, std::string& out);
+
 // Writes all of bytes, through interruptions; 0 or the errno of the failure.
 int writeAll(int fd, const char* bytes, std::size_t size);
 

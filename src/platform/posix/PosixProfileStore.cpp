@@ -82,22 +82,12 @@ bool readFile(const std::string& path, std::string& bytes, Stamp& stamp) {
         errno = EISDIR;
         return false;
     }
-    // Room for one byte more than the size said, so a file that grew is read to its end too.
-    bytes.resize(static_cast<std::size_t>(st.st_size) + 1);
-    std::size_t got = 0;
-    for (;;) {
-        if (got == bytes.size())
-            bytes.resize(bytes.size() * 2);
-        ssize_t n = ::read(in.fd, bytes.data() + got, bytes.size() - got);
-        if (n < 0 && errno == EINTR)
-            continue;
-        if (n < 0)
-            return false;
-        if (n == 0)
-            break;
-        got += static_cast<std::size_t>(n);
+    bytes.clear();
+    bytes.reserve(static_cast<std::size_t>(st.st_size));
+    if (int err = readAll(in.fd, bytes); err != 0) {
+        errno = err;
+        return false;
     }
-    bytes.resize(got);
     stamp = stampOf(st);
     return true;
 }
