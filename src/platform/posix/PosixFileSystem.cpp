@@ -51,29 +51,12 @@ EntryKind kindOf(int folder, const dirent* entry) {
 // Hands take every entry of an open folder that is not hidden; a failing read throws.
 void readFolder(int folder, const std::string& drivePath,
                 const std::function<void(const dirent*)>& take) {
-    int own = ::fcntl(folder, F_DUPFD_CLOEXEC, 0);
-    if (own < 0)
-        throwErrno(errno, drivePath);
-    std::unique_ptr<DIR, int (*)(DIR*)> dir(::fdopendir(own), ::closedir);
-    if (!dir) {
-        int err = errno;
-        ::close(own);
-        throwErrno(err, drivePath);
-    }
-    // A copy of a descriptor shares its place in the folder with the one it came from.
-    ::rewinddir(dir.get());
-    for (;;) {
-        errno = 0;
-        dirent* entry = ::readdir(dir.get());
-        if (!entry) {
-            // A drive pulled halfway must not pass for the end of the list.
-            if (errno != 0)
-                throwErrno(errno, drivePath);
-            return;
-        }
+    int err = forEachEntry(folder, [&](const dirent* entry) {
         if (!isHidden(entry->d_name))
             take(entry);
-    }
+    });
+    if (err != 0)
+        throwErrno(err, drivePath);
 }
 
 // Plain files of an open folder whose names match pattern, in the folder's order.

@@ -8,6 +8,7 @@
 #include <dirent.h>
 #include <fcntl.h>
 #include <linux/openat2.h>
+#include <memory>
 #include <signal.h>
 #include <string_view>
 #include <sys/stat.h>
@@ -113,6 +114,29 @@ std::string joinNative(const std::string& folder, const std::string& name) {
     return (folder == "/" ? std::string() : folder) + "/" + name;
 }
 
+int forEachEntry(int folder, const std::function<void(const dirent*)>& take) {
+    int own = ::fcntl(folder, F_DUPFD_CLOEXEC, 0);
+    if (own < 0)
+        return errno;
+    // Closed by the holder, also when take throws.
+    std::unique_ptr<DIR, int (*)(DIR*)> dir(::fdopendir(own), ::closedir);
+    if (!dir) {
+        int err = errno;
+        ::close(own);
+        return err;
+    }
+    // A copy of a descriptor shares its place in the folder with the one it came from.
+    ::rewinddir(dir.get());
+    for (;;) {
+        errno = 0;
+        const dirent* entry = ::readdir(dir.get());
+        // A drive pulled halfway must not pass for the end of the list.
+        if (!entry)
+            return errno;
+        take(entry);
+    }
+}
+
 int readAll(int fd, std::string& out) {
     char buffer[16384];
     for (;;) {
@@ -190,25 +214,14 @@ void removeTemporaries(const std::string& folder, const std::string& base) {
 }
 
 void removeTemporariesIn(int folder, const std::string& base) {
-    int own = ::fcntl(folder, F_DUPFD_CLOEXEC, 0);
-    if (own < 0)
-        return;
-    DIR* dir = ::fdopendir(own);
-    if (!dir) {
-        ::close(own);
-        return;
-    }
-    // A copy of a descriptor shares its place in the folder with the one it came from.
-    ::rewinddir(dir);
     const std::string prefix = "." + base + kCopyTemporaryMark;
-    while (dirent* entry = ::readdir(dir)) {
+    forEachEntry(folder, [&](const dirent* entry) {
         const std::string name = entry->d_name;
         if (entry->d_type == DT_DIR || (!base.empty() && !name.starts_with(prefix)) ||
             !writerGone(copyTemporaryWriter(name)))
-            continue;
-        ::unlinkat(::dirfd(dir), entry->d_name, 0);
-    }
-    ::closedir(dir);
+            return;
+        ::unlinkat(folder, entry->d_name, 0);
+    });
 }
 
 } // namespace nv

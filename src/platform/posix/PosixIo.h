@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstddef>
+#include <dirent.h>
+#include <functional>
 #include <string>
 #include <sys/types.h>
 #include <unistd.h>
@@ -47,6 +49,10 @@ int openRegularNoFollow(int folder, const std::string& name);
 
 // Joins a name to a native folder ("/" + "a" is "/a").
 std::string joinNative(const std::string& folder, const std::string& name);
+
+// Hands take every entry of an open folder, "." and ".." too, from its start; the folder's own
+// descriptor stays open and unmoved. 0, or the errno of a failure, after which no more come.
+int forEachEntry(int folder, const std::function<void(const dirent*)>& take);
 
 // Reads from fd to its end, through interruptions, appending to out; 0 or the errno of the
 // failure (out then holds what was read before it).
