@@ -54,8 +54,8 @@ DriveTable::DriveTable(Options options)
         fixed_[letter] = DriveInfo{letter, folder, "", false};
         anchors_[letter] = Anchor{};
     }
-    rebuild();
-    refreshMounts();
+    if (!readMounts())
+        rebuild();
 }
 
 DriveTable::Options DriveTable::fromEnvironment() {
@@ -80,8 +80,12 @@ DriveTable& driveTableOf(const Platform& platform) {
 }
 
 void DriveTable::refreshMounts() {
+    readMounts();
+}
+
+bool DriveTable::readMounts() {
     if (options_.mountinfoPath.empty())
-        return;
+        return false;
     // The kernel flags the mount table of a process when it changes, so a check costs one poll.
     if (mountFd_.fd < 0 && !mountFdTried_) {
         mountFdTried_ = true;
@@ -91,7 +95,7 @@ void DriveTable::refreshMounts() {
     if (mountFd_.fd >= 0 && haveReadMounts_) {
         pollfd pfd{mountFd_.fd, POLLPRI, 0};
         if (::poll(&pfd, 1, 0) <= 0 || !(pfd.revents & (POLLPRI | POLLERR)))
-            return;
+            return false;
     }
     std::string text;
     // A table that cannot be read gives what was read of it.
@@ -105,9 +109,10 @@ void DriveTable::refreshMounts() {
     // When the kernel says the table changed, it did, even if it reads the same: one loop device
     // or /dev/sdb1 may have come back with another stick behind it.
     if (text == lastMountinfo_ && mountFd_.fd < 0)
-        return;
+        return false;
     lastMountinfo_ = text;
     rebuild();
+    return true;
 }
 
 DriveTable::~DriveTable() = default;
@@ -121,7 +126,7 @@ void DriveTable::rebuild() {
     for (auto& [letter, anchor] : anchors_) {
         DriveInfo& drive = drives_[letter];
         const Mount* holder = mountHolding(mounts, drive.root);
-        if (!anchor.needed && !anchor.looked && haveReadMounts_) {
+        if (!anchor.looked && haveReadMounts_) {
             anchor.looked = true;
             anchor.needed = underMedia(drive.root) ||
                             (holder && holder->point == drive.root && holder->point != "/");
@@ -192,8 +197,8 @@ void DriveTable::setFolder(char letter, const std::string& root) {
     letter = static_cast<char>(std::toupper(static_cast<unsigned char>(letter)));
     fixed_[letter] = DriveInfo{letter, root, "", false};
     anchors_[letter] = Anchor{};
-    refreshMounts();
-    rebuild();
+    if (!readMounts())
+        rebuild();
 }
 
 void DriveTable::remove(char letter) {

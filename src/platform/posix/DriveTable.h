@@ -64,6 +64,8 @@ private:
     };
 
     void rebuild();
+    // refreshMounts, saying whether it rebuilt the table.
+    bool readMounts();
 
     Options options_;
     std::map<char, DriveInfo> fixed_; // C:, H:, NVBACKUP_DRIVES and test letters
