@@ -611,21 +611,8 @@ void PosixFileSystem::writeFile(const std::string& path, const std::string& byte
     openPlace(place, resolve(path), path);
     // Written beside and renamed over the name: a link standing there is replaced, never
     // written through.
-    const std::string temp = temporaryName(place.name);
-    Fd out(::openat(place.folder.fd, temp.c_str(),
-                    O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666));
-    if (out.fd < 0)
-        throwErrno(errno, path);
-    int err = writeAll(out.fd, bytes.data(), bytes.size());
-    if (int closed = out.close(); err == 0)
-        err = closed;
-    if (err == 0 &&
-        ::renameat(place.folder.fd, temp.c_str(), place.folder.fd, place.name.c_str()) != 0)
-        err = errno;
-    if (err != 0) {
-        ::unlinkat(place.folder.fd, temp.c_str(), 0);
+    if (int err = replaceFileAt(place.folder.fd, place.name, bytes, 0666, false); err != 0)
         throwErrno(err, path);
-    }
 }
 
 void PosixFileSystem::makeFolder(const std::string& path) {

@@ -34,12 +34,6 @@ std::string baseOf(const std::string& native) {
     return native.substr(native.find_last_of('/') + 1);
 }
 
-void syncFolder(const std::string& folder) {
-    Fd dir(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (dir.fd >= 0)
-        ::fsync(dir.fd);
-}
-
 namespace {
 
 // The kernel's own walk below a folder that refuses every link on the way, in one call instead of
@@ -170,28 +164,48 @@ std::string temporaryName(const std::string& base) {
     return copyTemporaryName(base, static_cast<unsigned long>(::getpid()));
 }
 
-std::string temporaryBeside(const std::string& native) {
-    return parentOf(native) + "/" + temporaryName(baseOf(native));
-}
-
-int replaceFile(const std::string& native, const std::string& bytes, mode_t mode) {
-    std::string temp = temporaryBeside(native);
-    Fd out(::open(temp.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, mode));
+int replaceFileAt(int folder, const std::string& name, const std::string& bytes, mode_t mode,
+                  bool flush, const struct stat* like) {
+    const std::string temp = temporaryName(name);
+    Fd out(
+        ::openat(folder, temp.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode));
     if (out.fd < 0)
         return errno;
-    int err = writeAll(out.fd, bytes.data(), bytes.size());
-    if (err == 0 && ::fsync(out.fd) != 0)
+    int err = 0;
+    if (like) {
+        if ((like->st_uid != ::geteuid() || like->st_gid != ::getegid()) &&
+            ::fchown(out.fd, like->st_uid, like->st_gid) != 0) {
+            // Only root may give the file back to its owner; otherwise it becomes ours.
+        }
+        if (::fchmod(out.fd, like->st_mode & 0775) != 0)
+            err = errno;
+    }
+    if (err == 0)
+        err = writeAll(out.fd, bytes.data(), bytes.size());
+    if (err == 0 && flush && ::fsync(out.fd) != 0)
         err = errno;
     if (int closed = out.close(); err == 0)
         err = closed;
-    if (err == 0 && ::rename(temp.c_str(), native.c_str()) != 0)
+    if (err == 0 && ::renameat(folder, temp.c_str(), folder, name.c_str()) != 0)
         err = errno;
     if (err != 0) {
-        ::unlink(temp.c_str());
+        ::unlinkat(folder, temp.c_str(), 0);
         return err;
     }
-    syncFolder(parentOf(native));
+    if (flush) {
+        // folder may be held by O_PATH, which cannot be flushed itself.
+        Fd self(::openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+        if (self.fd >= 0)
+            ::fsync(self.fd);
+    }
     return 0;
+}
+
+int replaceFile(const std::string& native, const std::string& bytes, mode_t mode) {
+    Fd folder(::open(parentOf(native).c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+    if (folder.fd < 0)
+        return errno;
+    return replaceFileAt(folder.fd, baseOf(native), bytes, mode, true);
 }
 
 namespace {

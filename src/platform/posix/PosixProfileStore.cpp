@@ -108,30 +108,16 @@ bool save(const std::string& native, PosixProfileStore::Image& image) {
     std::string folder = parentOf(target);
     removeTemporaries(folder, baseOf(target));
 
-    std::string temp = temporaryBeside(target);
-    Fd out(::open(temp.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW,
-                  had ? 0600 : 0644));
-    if (out.fd < 0)
+    Fd held(::open(folder.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+    if (held.fd < 0)
         return false;
-    bool ok = true;
-    if (had) {
-        if ((old.st_uid != ::geteuid() || old.st_gid != ::getegid()) &&
-            ::fchown(out.fd, old.st_uid, old.st_gid) != 0) {
-            // Only root may give the file back to its owner; otherwise it becomes ours.
-        }
-        ok = ::fchmod(out.fd, old.st_mode & 0775) == 0;
-    }
     std::string bytes = image.text.render();
-    ok = ok && writeAll(out.fd, bytes.data(), bytes.size()) == 0 && ::fsync(out.fd) == 0;
-    ok = out.close() == 0 && ok;
-    ok = ok && ::rename(temp.c_str(), target.c_str()) == 0;
-    if (!ok) {
-        int err = errno;
-        ::unlink(temp.c_str());
+    if (int err = replaceFileAt(held.fd, baseOf(target), bytes, had ? 0600 : 0644, true,
+                                had ? &old : nullptr);
+        err != 0) {
         errno = err;
         return false;
     }
-    syncFolder(folder);
     struct stat now {};
     if (::stat(target.c_str(), &now) != 0)
         return false;
