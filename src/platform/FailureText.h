@@ -7,11 +7,6 @@
 
 namespace nv {
 
-// The number of a file failure that fits none of the classes the failure paths tell apart.
-constexpr int32_t kFailGeneral = 51;
-// A file larger than the target's file system can hold (4 GiB on FAT32); it ends the run.
-constexpr int32_t kFailFileTooLarge = 60;
-
 // The short Dutch text shown to the user for a failure number; both file layers use it.
 std::string failureDescription(int32_t number);
 

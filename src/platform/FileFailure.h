@@ -17,6 +17,10 @@ enum FailureNumber : int32_t {
     kFailBadFileName = 52,
     kFailDeviceIo = 57,
     kFailSubscript = 9,
+    // A file failure that fits none of the classes the failure paths tell apart.
+    kFailGeneral = 51,
+    // A file larger than the target's file system can hold (4 GiB on FAT32); it ends the run.
+    kFailFileTooLarge = 60,
     // The copy window's clip beside the program is missing or cannot be read.
     kFailCopyClip = 95,
 };

@@ -7,6 +7,8 @@
 
 namespace nv::win32 {
 
+namespace {
+
 int32_t failureNumber(unsigned long error) {
     switch (error) {
     case ERROR_DISK_FULL:
@@ -32,7 +34,6 @@ int32_t failureNumber(unsigned long error) {
     case ERROR_PATH_NOT_FOUND:
     case ERROR_FILE_NOT_FOUND:
     case ERROR_NO_MORE_FILES:
-    case ERROR_WRITE_PROTECT:
         return kFailPathNotFound;
     case ERROR_CRC:
     case ERROR_SEEK:
@@ -56,6 +57,8 @@ int32_t failureNumber(unsigned long error) {
         return kFailGeneral;
     }
 }
+
+} // namespace
 
 FileFailure failureFor(unsigned long error, const std::wstring& path) {
     if (error == ERROR_WRITE_PROTECT)

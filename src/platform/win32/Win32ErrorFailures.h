@@ -7,8 +7,6 @@
 
 namespace nv::win32 {
 
-// The failure number of a Windows error code.
-int32_t failureNumber(unsigned long error);
 // The failure for an error of an operation on path: a "not found" on a drive that does not
 // exist is an unavailable device (68).
 FileFailure failureFor(unsigned long error, const std::wstring& path);

@@ -37,43 +37,28 @@ private:
     DWORD saved_ = 0;
 };
 
-class FindHandle {
+// A handle, closed by Close when it goes.
+template <BOOL(WINAPI* Close)(HANDLE)> class Handle {
 public:
-    explicit FindHandle(HANDLE h) : h_(h) {}
-    ~FindHandle() {
-        if (h_ != INVALID_HANDLE_VALUE)
-            FindClose(h_);
-    }
-    FindHandle(const FindHandle&) = delete;
-    FindHandle& operator=(const FindHandle&) = delete;
-    HANDLE get() const { return h_; }
-
-private:
-    HANDLE h_;
-};
-
-// An open file, closed when it goes.
-class FileHandle {
-public:
-    explicit FileHandle(HANDLE h) : h_(h) {}
-    ~FileHandle() {
-        if (valid())
-            CloseHandle(h_);
-    }
-    FileHandle(const FileHandle&) = delete;
-    FileHandle& operator=(const FileHandle&) = delete;
+    explicit Handle(HANDLE h) : h_(h) {}
+    ~Handle() { close(); }
+    Handle(const Handle&) = delete;
+    Handle& operator=(const Handle&) = delete;
     HANDLE get() const { return h_; }
     bool valid() const { return h_ != INVALID_HANDLE_VALUE; }
     // Closes it now; false when the close failed.
     bool close() {
         HANDLE h = h_;
         h_ = INVALID_HANDLE_VALUE;
-        return h == INVALID_HANDLE_VALUE || CloseHandle(h);
+        return h == INVALID_HANDLE_VALUE || Close(h);
     }
 
 private:
     HANDLE h_;
 };
+
+using FindHandle = Handle<FindClose>;
+using FileHandle = Handle<CloseHandle>;
 
 constexpr DWORD kBuffer = 1 << 20;
 constexpr DWORD kBlock = static_cast<DWORD>(kDigestBlock);
@@ -137,14 +122,12 @@ std::wstring folderOf(const std::wstring& path) {
     return path.substr(0, cut + 1);
 }
 
-// Whether a folder on the way to path, below its drive's root, is a reparse point: a link or a
-// junction that would lead elsewhere. With last, path itself counts as one of the folders.
-bool throughReparsePoint(const std::wstring& path, bool last) {
+// Whether path or a folder on the way to it, below its drive's root, is a reparse point: a link
+// or a junction that would lead elsewhere.
+bool throughReparsePoint(const std::wstring& path) {
     std::size_t at = path.size() >= 3 && path[1] == L':' ? 3 : 0;
     for (;;) {
         std::size_t end = path.find(L'\\', at);
-        if (end == std::wstring::npos && !last)
-            return false;
         std::wstring prefix = path.substr(0, end);
         if (prefix.size() > at) {
             DWORD attributes = GetFileAttributesW(prefix.c_str());
@@ -159,8 +142,8 @@ bool throughReparsePoint(const std::wstring& path, bool last) {
 }
 
 // Refuses a path that leads through a reparse point as a path that is not there.
-void refuseReparsePoints(const std::wstring& path, bool last) {
-    if (throughReparsePoint(path, last))
+void refuseReparsePoints(const std::wstring& path) {
+    if (throughReparsePoint(path))
         throw failureFor(ERROR_PATH_NOT_FOUND, path);
 }
 
@@ -174,7 +157,7 @@ bool isFolder(const std::wstring& path) {
 void findEach(const std::wstring& spec, bool required,
               const std::function<bool(const WIN32_FIND_DATAW&)>& take) {
     QuietDriveErrors quiet;
-    if (throughReparsePoint(folderOf(spec), true)) {
+    if (throughReparsePoint(folderOf(spec))) {
         if (required)
             throw failureFor(ERROR_PATH_NOT_FOUND, spec);
         return;
@@ -182,7 +165,7 @@ void findEach(const std::wstring& spec, bool required,
     WIN32_FIND_DATAW data;
     FindHandle find(
         FindFirstFileExW(spec.c_str(), FindExInfoBasic, &data, FindExSearchNameMatch, nullptr, 0));
-    if (find.get() == INVALID_HANDLE_VALUE) {
+    if (!find.valid()) {
         DWORD error = GetLastError();
         FileFailure failure = failureFor(error, spec);
         std::wstring folder = folderOf(spec);
@@ -250,12 +233,11 @@ bool writerGone(unsigned long writer) {
         return false;
     if (writer == GetCurrentProcessId())
         return true;
-    HANDLE process = OpenProcess(SYNCHRONIZE, FALSE, static_cast<DWORD>(writer));
-    if (!process)
+    HANDLE opened = OpenProcess(SYNCHRONIZE, FALSE, static_cast<DWORD>(writer));
+    if (!opened)
         return GetLastError() == ERROR_INVALID_PARAMETER;
-    const bool ended = WaitForSingleObject(process, 0) == WAIT_OBJECT_0;
-    CloseHandle(process);
-    return ended;
+    FileHandle process(opened);
+    return WaitForSingleObject(process.get(), 0) == WAIT_OBJECT_0;
 }
 
 void discard(const std::wstring& path) {
@@ -275,8 +257,8 @@ std::string Win32FileSystem::firstMatch(const std::string& spec) {
 void Win32FileSystem::moveFile(const std::string& oldPath, const std::string& newPath) {
     std::wstring from = widePath(oldPath);
     std::wstring to = widePath(newPath);
-    refuseReparsePoints(folderOf(from), true);
-    refuseReparsePoints(folderOf(to), true);
+    refuseReparsePoints(folderOf(from));
+    refuseReparsePoints(folderOf(to));
     if (!MoveFileExW(from.c_str(), to.c_str(), MOVEFILE_COPY_ALLOWED | MOVEFILE_WRITE_THROUGH)) {
         DWORD error = GetLastError();
         throwFailure(error, driveMissing(to) ? to : from);
@@ -302,8 +284,8 @@ std::optional<StagedCopy> Win32FileSystem::stageCopy(const std::string& source,
     std::wstring to = widePath(destination);
     QuietDriveErrors quiet;
 
-    refuseReparsePoints(folderOf(from), true);
-    refuseReparsePoints(folderOf(to), true);
+    refuseReparsePoints(folderOf(from));
+    refuseReparsePoints(folderOf(to));
     WIN32_FILE_ATTRIBUTE_DATA data{};
     if (!GetFileAttributesExW(from.c_str(), GetFileExInfoStandard, &data))
         throwFailure(GetLastError(), from);
@@ -394,17 +376,17 @@ void Win32FileSystem::flushStaged(const std::vector<StagedCopy>& copies) {
     QuietDriveErrors quiet;
     for (const StagedCopy& copy : copies) {
         std::wstring temp = wideFromUtf8(copy.temporary);
-        HANDLE h = CreateFileW(temp.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING,
-                               FILE_ATTRIBUTE_NORMAL, nullptr);
-        if (h == INVALID_HANDLE_VALUE)
+        FileHandle h(CreateFileW(temp.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING,
+                                 FILE_ATTRIBUTE_NORMAL, nullptr));
+        if (!h.valid())
             throwFailure(GetLastError(), wideFromUtf8(copy.target));
         // The copy already carries the source's time; flushing must not move it.
         FILETIME written{};
         DWORD error = ERROR_SUCCESS;
-        if (!GetFileTime(h, nullptr, nullptr, &written) || !FlushFileBuffers(h) ||
-            !SetFileTime(h, nullptr, nullptr, &written))
+        if (!GetFileTime(h.get(), nullptr, nullptr, &written) || !FlushFileBuffers(h.get()) ||
+            !SetFileTime(h.get(), nullptr, nullptr, &written))
             error = GetLastError();
-        CloseHandle(h);
+        h.close();
         if (error != ERROR_SUCCESS)
             throwFailure(error, wideFromUtf8(copy.target));
     }
@@ -508,7 +490,7 @@ void Win32FileSystem::discardPlaced(const StagedCopy& copy) noexcept {
 
 void Win32FileSystem::deleteFile(const std::string& path) {
     std::wstring wide = widePath(path);
-    refuseReparsePoints(folderOf(wide), true);
+    refuseReparsePoints(folderOf(wide));
     if (!DeleteFileW(wide.c_str()))
         throwFailure(GetLastError(), wide);
 }
@@ -516,22 +498,25 @@ void Win32FileSystem::deleteFile(const std::string& path) {
 void Win32FileSystem::writeFile(const std::string& path, const std::string& bytes) {
     std::wstring wide = widePath(path);
     QuietDriveErrors quiet;
-    refuseReparsePoints(folderOf(wide), true);
+    refuseReparsePoints(folderOf(wide));
     // Written beside and moved over the name: a link standing there is replaced, never written
     // through.
     std::wstring temp = temporaryName(wide);
-    HANDLE out = CreateFileW(temp.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
-                             FILE_ATTRIBUTE_NORMAL, nullptr);
-    if (out == INVALID_HANDLE_VALUE)
+    FileHandle out(CreateFileW(temp.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
+                               FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (!out.valid())
         throwFailure(GetLastError(), wide);
     DWORD written = 0;
-    BOOL ok = WriteFile(out, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
-    DWORD error = ok && written != bytes.size() ? ERROR_WRITE_FAULT : GetLastError();
-    CloseHandle(out);
-    if (ok && written == bytes.size() &&
+    DWORD error = ERROR_SUCCESS;
+    if (!WriteFile(out.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr))
+        error = GetLastError();
+    else if (written != bytes.size())
+        error = ERROR_WRITE_FAULT;
+    out.close();
+    if (error == ERROR_SUCCESS &&
         MoveFileExW(temp.c_str(), wide.c_str(), MOVEFILE_REPLACE_EXISTING))
         return;
-    if (ok && written == bytes.size())
+    if (error == ERROR_SUCCESS)
         error = GetLastError();
     discard(temp);
     throwFailure(error, wide);
@@ -540,7 +525,7 @@ void Win32FileSystem::writeFile(const std::string& path, const std::string& byte
 void Win32FileSystem::makeFolder(const std::string& path) {
     std::wstring wide = widePath(path);
     QuietDriveErrors quiet;
-    refuseReparsePoints(folderOf(wide), true);
+    refuseReparsePoints(folderOf(wide));
     if (!CreateDirectoryW(wide.c_str(), nullptr))
         throwFailure(GetLastError(), wide);
 }
@@ -561,7 +546,7 @@ void Win32FileSystem::deleteByPattern(const std::string& spec) {
 void Win32FileSystem::removeFolder(const std::string& path) {
     std::wstring wide = widePath(path);
     // A junction in the folder's place is not a folder of the drive.
-    refuseReparsePoints(wide, true);
+    refuseReparsePoints(wide);
     if (!RemoveDirectoryW(wide.c_str()))
         throwFailure(GetLastError(), wide);
 }
@@ -598,17 +583,12 @@ void Win32FileSystem::flushFolder(const std::string& folder) {
     std::wstring wide = widePath(folder);
     QuietDriveErrors quiet;
     // A folder opens only with the backup flag, and flushes only when opened for writing.
-    HANDLE h = CreateFileW(wide.c_str(), GENERIC_WRITE,
-                           FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                           OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+    FileHandle h(CreateFileW(wide.c_str(), GENERIC_WRITE,
+                             FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                             OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
     DWORD error = ERROR_SUCCESS;
-    if (h == INVALID_HANDLE_VALUE) {
+    if (!h.valid() || !FlushFileBuffers(h.get()))
         error = GetLastError();
-    } else {
-        if (!FlushFileBuffers(h))
-            error = GetLastError();
-        CloseHandle(h);
-    }
     // Media and file systems that refuse to flush a folder rely on the renames
     // having been written through, as copyFile asks.
     if (error == ERROR_SUCCESS || error == ERROR_ACCESS_DENIED || error == ERROR_INVALID_FUNCTION ||
