@@ -55,16 +55,8 @@ void DriveLetterMemory::load() {
     std::string text;
     Fd in(::open(path_.c_str(), O_RDONLY | O_CLOEXEC));
     struct stat st {};
-    bool readable = in.fd >= 0 && ::fstat(in.fd, &st) == 0 && S_ISREG(st.st_mode);
-    for (char buffer[4096]; readable;) {
-        ssize_t n = ::read(in.fd, buffer, sizeof buffer);
-        if (n < 0 && errno == EINTR)
-            continue;
-        readable = n >= 0;
-        if (n <= 0)
-            break;
-        text.append(buffer, static_cast<std::size_t>(n));
-    }
+    bool readable =
+        in.fd >= 0 && ::fstat(in.fd, &st) == 0 && S_ISREG(st.st_mode) && readAll(in.fd, text) == 0;
     if (!readable) {
         // Gone or unreadable: what this process knows is written back at the next change.
         damaged_ = in.fd >= 0 || errno != ENOENT || !entries_.empty();

@@ -30,8 +30,6 @@ public:
     std::vector<char> assign(const std::vector<std::string>& present, const std::set<char>& blocked,
                              int64_t now);
 
-    const std::vector<Entry>& entries() const { return entries_; }
-
     // Where the table is kept for this user: $XDG_STATE_HOME, else ~/.local/state.
     static std::string pathFromEnvironment();
 

@@ -8,9 +8,7 @@
 #include <cstdlib>
 #include <ctime>
 #include <fcntl.h>
-#include <fstream>
 #include <poll.h>
-#include <sstream>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -21,10 +19,6 @@ namespace {
 bool isFolder(const std::string& path) {
     struct stat st {};
     return ::stat(path.c_str(), &st) == 0 && S_ISDIR(st.st_mode);
-}
-
-bool underMedia(const std::string& path) {
-    return path.starts_with("/media/") || path.starts_with("/run/media/");
 }
 
 } // namespace
@@ -60,8 +54,8 @@ DriveTable::DriveTable(Options options)
         fixed_[letter] = DriveInfo{letter, folder, "", false};
         anchors_[letter] = Anchor{};
     }
-    rebuild();
-    refreshMounts();
+    if (!readMounts())
+        rebuild();
 }
 
 DriveTable::Options DriveTable::fromEnvironment() {
@@ -86,44 +80,42 @@ DriveTable& driveTableOf(const Platform& platform) {
 }
 
 void DriveTable::refreshMounts() {
+    readMounts();
+}
+
+bool DriveTable::readMounts() {
     if (options_.mountinfoPath.empty())
-        return;
+        return false;
     // The kernel flags the mount table of a process when it changes, so a check costs one poll.
-    if (mountFd_ < 0 && !mountFdTried_) {
+    if (mountFd_.fd < 0 && !mountFdTried_) {
         mountFdTried_ = true;
         if (options_.mountinfoPath.rfind("/proc/", 0) == 0)
-            mountFd_ = ::open(options_.mountinfoPath.c_str(), O_RDONLY | O_CLOEXEC);
+            mountFd_.fd = ::open(options_.mountinfoPath.c_str(), O_RDONLY | O_CLOEXEC);
     }
-    if (mountFd_ >= 0 && haveReadMounts_) {
-        pollfd pfd{mountFd_, POLLPRI, 0};
+    if (mountFd_.fd >= 0 && haveReadMounts_) {
+        pollfd pfd{mountFd_.fd, POLLPRI, 0};
         if (::poll(&pfd, 1, 0) <= 0 || !(pfd.revents & (POLLPRI | POLLERR)))
-            return;
+            return false;
     }
     std::string text;
-    if (mountFd_ >= 0) {
-        char buffer[8192];
-        ::lseek(mountFd_, 0, SEEK_SET);
-        for (ssize_t n; (n = ::read(mountFd_, buffer, sizeof buffer)) > 0;)
-            text.append(buffer, static_cast<std::size_t>(n));
-    } else {
-        std::ifstream in(options_.mountinfoPath, std::ios::binary);
-        std::ostringstream buffer;
-        buffer << in.rdbuf();
-        text = buffer.str();
+    // A table that cannot be read gives what was read of it.
+    if (mountFd_.fd >= 0) {
+        ::lseek(mountFd_.fd, 0, SEEK_SET);
+        readAll(mountFd_.fd, text);
+    } else if (Fd in(::open(options_.mountinfoPath.c_str(), O_RDONLY | O_CLOEXEC)); in.fd >= 0) {
+        readAll(in.fd, text);
     }
     haveReadMounts_ = true;
     // When the kernel says the table changed, it did, even if it reads the same: one loop device
     // or /dev/sdb1 may have come back with another stick behind it.
-    if (text == lastMountinfo_ && mountFd_ < 0)
-        return;
+    if (text == lastMountinfo_ && mountFd_.fd < 0)
+        return false;
     lastMountinfo_ = text;
     rebuild();
+    return true;
 }
 
-DriveTable::~DriveTable() {
-    if (mountFd_ >= 0)
-        ::close(mountFd_);
-}
+DriveTable::~DriveTable() = default;
 
 void DriveTable::rebuild() {
     drives_ = fixed_;
@@ -134,7 +126,7 @@ void DriveTable::rebuild() {
     for (auto& [letter, anchor] : anchors_) {
         DriveInfo& drive = drives_[letter];
         const Mount* holder = mountHolding(mounts, drive.root);
-        if (!anchor.needed && !anchor.looked && haveReadMounts_) {
+        if (!anchor.looked && haveReadMounts_) {
             anchor.looked = true;
             anchor.needed = underMedia(drive.root) ||
                             (holder && holder->point == drive.root && holder->point != "/");
@@ -205,8 +197,8 @@ void DriveTable::setFolder(char letter, const std::string& root) {
     letter = static_cast<char>(std::toupper(static_cast<unsigned char>(letter)));
     fixed_[letter] = DriveInfo{letter, root, "", false};
     anchors_[letter] = Anchor{};
-    refreshMounts();
-    rebuild();
+    if (!readMounts())
+        rebuild();
 }
 
 void DriveTable::remove(char letter) {
@@ -219,12 +211,7 @@ void DriveTable::remove(char letter) {
 std::string DriveTable::toDriveForm(const std::string& nativePath) {
     const DriveInfo* best = nullptr;
     for (auto& [letter, info] : drives_) {
-        const std::string& root = info.root;
-        bool matches =
-            root == "/" ? !nativePath.empty() && nativePath[0] == '/'
-                        : nativePath.compare(0, root.size(), root) == 0 &&
-                              (nativePath.size() == root.size() || nativePath[root.size()] == '/');
-        if (matches && (!best || root.size() > best->root.size()))
+        if (atOrBelow(nativePath, info.root) && (!best || info.root.size() > best->root.size()))
             best = &info;
     }
     if (!best)

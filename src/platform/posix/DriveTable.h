@@ -2,6 +2,7 @@
 
 #include "platform/Drives.h"
 #include "platform/posix/DriveLetterMemory.h"
+#include "platform/posix/PosixIo.h"
 
 #include <map>
 #include <optional>
@@ -63,6 +64,8 @@ private:
     };
 
     void rebuild();
+    // refreshMounts, saying whether it rebuilt the table.
+    bool readMounts();
 
     Options options_;
     std::map<char, DriveInfo> fixed_; // C:, H:, NVBACKUP_DRIVES and test letters
@@ -71,7 +74,7 @@ private:
     DriveLetterMemory letters_;
     std::map<char, DriveInfo> drives_; // what is there now
     std::string lastMountinfo_;
-    int mountFd_ = -1;
+    Fd mountFd_;
     bool mountFdTried_ = false;
     bool haveReadMounts_ = false;
 };

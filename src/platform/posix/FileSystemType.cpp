@@ -1,7 +1,10 @@
 #include "platform/posix/FileSystemType.h"
 
-#include <fstream>
-#include <sstream>
+#include "platform/posix/Mounts.h"
+#include "platform/posix/PosixIo.h"
+
+#include <fcntl.h>
+#include <linux/magic.h>
 #include <sys/stat.h>
 #include <sys/statfs.h>
 #include <sys/sysmacros.h>
@@ -10,25 +13,14 @@ namespace nv {
 
 namespace {
 
-constexpr long kMsdosMagic = 0x4d44;
-constexpr long kExfatMagic = 0x2011BAB0;
-constexpr long kFuseMagic = 0x65735546;
-
 // The type mountinfo gives the mount of a device ("8:17"); "" when none is listed.
 std::string typeOfDevice(const std::string& device, const std::string& mountinfoPath) {
-    std::ifstream in(mountinfoPath);
-    std::string line;
-    while (std::getline(in, line)) {
-        std::istringstream fields(line);
-        std::string id, parent, number, word;
-        if (!(fields >> id >> parent >> number) || number != device)
-            continue;
-        while (fields >> word && word != "-") {
-        }
-        std::string type;
-        if (fields >> type)
-            return type;
-    }
+    std::string text;
+    if (Fd in(::open(mountinfoPath.c_str(), O_RDONLY | O_CLOEXEC)); in.fd >= 0)
+        readAll(in.fd, text);
+    for (const Mount& mount : parseMountinfo(text))
+        if (mount.device == device)
+            return mount.type;
     return "";
 }
 
@@ -47,11 +39,11 @@ std::string fileSystemTypeOf(const std::string& native, const std::string& mount
     if (::statfs(native.c_str(), &fs) != 0 || ::stat(native.c_str(), &st) != 0)
         return "";
     const long magic = static_cast<long>(fs.f_type);
-    if (magic == kMsdosMagic)
+    if (magic == MSDOS_SUPER_MAGIC)
         return "vfat";
-    if (magic == kExfatMagic)
+    if (magic == EXFAT_SUPER_MAGIC)
         return "exfat";
-    if (magic != kFuseMagic)
+    if (magic != FUSE_SUPER_MAGIC)
         return "";
     return typeOfDevice(std::to_string(major(st.st_dev)) + ":" + std::to_string(minor(st.st_dev)),
                         mountinfoPath);

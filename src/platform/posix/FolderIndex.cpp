@@ -7,6 +7,7 @@
 #include <climits>
 #include <dirent.h>
 #include <fcntl.h>
+#include <linux/magic.h>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -18,23 +19,28 @@ namespace nv {
 
 namespace {
 
+// Magic numbers that <linux/magic.h> does not name.
+constexpr unsigned long kNtfs3Magic = 0x7366746E;
+constexpr unsigned long kHfsPlusMagic = 0x482B;
+constexpr unsigned long kUdfMagic = 0x15013346;
+
 // File systems whose folders change only through this machine's kernel, which then tells every
 // change: local disks and memory. On a network or FUSE file system a change can come from
 // elsewhere without a notice, so such folders are listed at every question.
 bool changesOnlyHere(long type) {
     switch (static_cast<unsigned long>(type)) {
-    case 0xEF53:     // ext2, ext3, ext4
-    case 0x58465342: // xfs
-    case 0x9123683E: // btrfs
-    case 0xF2F52010: // f2fs
-    case 0x01021994: // tmpfs
-    case 0x858458F6: // ramfs
-    case 0x4D44:     // vfat, msdos
-    case 0x2011BAB0: // exfat
-    case 0x7366746E: // ntfs3
-    case 0x482B:     // hfsplus
-    case 0x15013346: // udf
-    case 0x9660:     // iso9660
+    case EXT4_SUPER_MAGIC: // ext2 and ext3 too
+    case XFS_SUPER_MAGIC:
+    case BTRFS_SUPER_MAGIC:
+    case F2FS_SUPER_MAGIC:
+    case TMPFS_MAGIC:
+    case RAMFS_MAGIC:
+    case MSDOS_SUPER_MAGIC: // vfat too
+    case EXFAT_SUPER_MAGIC:
+    case kNtfs3Magic:
+    case kHfsPlusMagic:
+    case kUdfMagic:
+    case ISOFS_SUPER_MAGIC:
         return true;
     default:
         return false;
@@ -84,10 +90,7 @@ std::string listedEntryIgnoringCase(const std::string& folder, const std::string
 
 FolderIndex::FolderIndex() = default;
 
-FolderIndex::~FolderIndex() {
-    if (notices_ >= 0)
-        ::close(notices_);
-}
+FolderIndex::~FolderIndex() = default;
 
 std::string FolderIndex::entryIgnoringCase(const std::string& folder, const struct stat& st,
                                            const std::string& name) {
@@ -97,9 +100,9 @@ std::string FolderIndex::entryIgnoringCase(const std::string& folder, const stru
     if (!tried_) {
         // Made at the first question: a program that never asks one keeps the instance free.
         tried_ = true;
-        notices_ = ::inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+        notices_.fd = ::inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
     }
-    if (notices_ < 0)
+    if (notices_.fd < 0)
         return listedEntryIgnoringCase(folder, name);
     drainNotices();
 
@@ -141,7 +144,7 @@ FolderIndex::Folder* FolderIndex::watchAndList(const std::string& folder) {
     // Watched through the open descriptor, so the notices, the listing and the recorded identity
     // all belong to one folder even if the path changes meanwhile.
     const std::string self = "/proc/self/fd/" + std::to_string(fd);
-    int watch = ::inotify_add_watch(notices_, self.c_str(), kNoticeMask);
+    int watch = ::inotify_add_watch(notices_.fd, self.c_str(), kNoticeMask);
     if (watch < 0)
         return nullptr;
     // The kernel keeps one watch per folder: a folder reached before by another path leaves that.
@@ -177,7 +180,7 @@ FolderIndex::Folder* FolderIndex::watchAndList(const std::string& folder) {
 void FolderIndex::drainNotices() {
     alignas(inotify_event) char buffer[16384];
     for (bool more = true; more;) {
-        ssize_t n = ::read(notices_, buffer, sizeof buffer);
+        ssize_t n = ::read(notices_.fd, buffer, sizeof buffer);
         if (n < 0 && errno == EINTR)
             continue;
         if (n <= 0) {
@@ -225,14 +228,14 @@ void FolderIndex::forget(const std::string& folder, bool removeWatch) {
     if (it == folders_.end())
         return;
     if (removeWatch)
-        ::inotify_rm_watch(notices_, it->second.watch);
+        ::inotify_rm_watch(notices_.fd, it->second.watch);
     byWatch_.erase(it->second.watch);
     folders_.erase(it);
 }
 
 void FolderIndex::forgetAll() {
     for (auto& [path, folder] : folders_)
-        ::inotify_rm_watch(notices_, folder.watch);
+        ::inotify_rm_watch(notices_.fd, folder.watch);
     folders_.clear();
     byWatch_.clear();
 }

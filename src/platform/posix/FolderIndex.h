@@ -1,7 +1,9 @@
 #pragma once
 
+#include "platform/posix/PosixIo.h"
 #include <cstddef>
 #include <cstdint>
+
 #include <mutex>
 #include <string>
 #include <sys/stat.h>
@@ -51,7 +53,7 @@ private:
 
     std::mutex mutex_;
     bool tried_ = false;
-    int notices_ = -1; // the inotify descriptor; -1 lists at every question
+    Fd notices_; // the inotify descriptor; none lists at every question
     std::unordered_map<std::string, Folder> folders_; // by native path
     std::unordered_map<int, std::string> byWatch_;    // watch descriptor -> native path
     std::uint64_t uses_ = 0;

@@ -113,9 +113,18 @@ std::vector<Mount> parseMountinfo(const std::string& text) {
     return mounts;
 }
 
+bool underMedia(const std::string& path) {
+    return strictlyBelow(path, "/media/") || strictlyBelow(path, "/run/media/");
+}
+
 bool underRemovableParent(const std::string& path) {
-    return strictlyBelow(path, "/media/") || strictlyBelow(path, "/run/media/") ||
-           strictlyBelow(path, "/mnt/");
+    return underMedia(path) || strictlyBelow(path, "/mnt/");
+}
+
+bool atOrBelow(const std::string& path, const std::string& root) {
+    if (root == "/")
+        return path.starts_with('/');
+    return path.starts_with(root) && (path.size() == root.size() || path[root.size()] == '/');
 }
 
 std::vector<Mount> driveMounts(const std::vector<Mount>& all) {
@@ -136,9 +145,7 @@ std::vector<Mount> driveMounts(const std::vector<Mount>& all) {
 const Mount* mountHolding(const std::vector<Mount>& all, const std::string& path) {
     const Mount* best = nullptr;
     for (const Mount& m : all) {
-        bool leads = m.point == "/" || path == m.point ||
-                     (strictlyBelow(path, m.point) && path[m.point.size()] == '/');
-        if (leads && (!best || m.point.size() >= best->point.size()))
+        if (atOrBelow(path, m.point) && (!best || m.point.size() >= best->point.size()))
             best = &m;
     }
     return best;

@@ -25,7 +25,13 @@ std::vector<Mount> driveMounts(const std::vector<Mount>& all);
 // The mount that holds a native path: the latest at the longest point that leads to it.
 const Mount* mountHolding(const std::vector<Mount>& all, const std::string& path);
 
+// Below the folders a desktop mounts removable media in: /media and /run/media.
+bool underMedia(const std::string& path);
+// Below those or below /mnt.
 bool underRemovableParent(const std::string& path);
+
+// Whether a native path is root or lies below it ("/a/b" is below "/a", "/ab" is not).
+bool atOrBelow(const std::string& path, const std::string& root);
 
 // The mount table's way of writing blanks, line ends and backslashes: \ooo.
 std::string unescapeOctal(const std::string& s);

@@ -13,6 +13,7 @@
 #include <dirent.h>
 #include <fcntl.h>
 #include <functional>
+#include <linux/magic.h>
 #include <memory>
 #include <stdio.h>
 #include <sys/stat.h>
@@ -50,29 +51,12 @@ EntryKind kindOf(int folder, const dirent* entry) {
 // Hands take every entry of an open folder that is not hidden; a failing read throws.
 void readFolder(int folder, const std::string& drivePath,
                 const std::function<void(const dirent*)>& take) {
-    int own = ::fcntl(folder, F_DUPFD_CLOEXEC, 0);
-    if (own < 0)
-        throwErrno(errno, drivePath);
-    std::unique_ptr<DIR, int (*)(DIR*)> dir(::fdopendir(own), ::closedir);
-    if (!dir) {
-        int err = errno;
-        ::close(own);
-        throwErrno(err, drivePath);
-    }
-    // A copy of a descriptor shares its place in the folder with the one it came from.
-    ::rewinddir(dir.get());
-    for (;;) {
-        errno = 0;
-        dirent* entry = ::readdir(dir.get());
-        if (!entry) {
-            // A drive pulled halfway must not pass for the end of the list.
-            if (errno != 0)
-                throwErrno(errno, drivePath);
-            return;
-        }
+    int err = forEachEntry(folder, [&](const dirent* entry) {
         if (!isHidden(entry->d_name))
             take(entry);
-    }
+    });
+    if (err != 0)
+        throwErrno(err, drivePath);
 }
 
 // Plain files of an open folder whose names match pattern, in the folder's order.
@@ -289,10 +273,8 @@ void writeTemporary(const Fd& in, const Destination& to, StagedCopy& copy, Bits 
         throw fileFailure(kFailAccessRefused);
 
     const std::string temp = temporaryName(to.name);
-    Fd out;
-    out.fd =
-        ::openat(to.folder.fd, temp.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
-                 replaces ? 0600 : st.st_mode & 0775);
+    Fd out(::openat(to.folder.fd, temp.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
+                    replaces ? 0600 : st.st_mode & 0775));
     if (out.fd < 0)
         throwErrno(errno, copy.destination);
 
@@ -328,8 +310,7 @@ void writeTemporary(const Fd& in, const Destination& to, StagedCopy& copy, Bits 
 // Flushes one written file through a descriptor of its own; unlike syncfs this also reaches
 // the medium behind a FUSE file system.
 void fsyncPath(const std::string& path, const std::string& drivePath) {
-    Fd fd;
-    fd.fd = ::open(path.c_str(), O_WRONLY | O_CLOEXEC);
+    Fd fd(::open(path.c_str(), O_WRONLY | O_CLOEXEC));
     if (fd.fd < 0 || ::fsync(fd.fd) != 0)
         throwErrno(errno, drivePath);
 }
@@ -346,8 +327,6 @@ bool syncfsReportsFailures() {
     }();
     return reports;
 }
-
-constexpr long kFuseMagic = 0x65735546;
 
 // How many copies a read-back asks the medium for at once, and how much of each it asks for
 // ahead: small files then come back in parallel, and sequential read-ahead does the rest.
@@ -563,7 +542,7 @@ std::shared_ptr<PosixFileSystem::Watch> PosixFileSystem::watchFor(int folder, de
         return nullptr;
     struct statfs fs {};
     watch->whole = syncfsReportsFailures() && ::fstatfs(watch->folder.fd, &fs) == 0 &&
-                   static_cast<long>(fs.f_type) != kFuseMagic;
+                   static_cast<long>(fs.f_type) != FUSE_SUPER_MAGIC;
     known = watch;
     return watch;
 }
@@ -631,21 +610,8 @@ void PosixFileSystem::writeFile(const std::string& path, const std::string& byte
     openPlace(place, resolve(path), path);
     // Written beside and renamed over the name: a link standing there is replaced, never
     // written through.
-    const std::string temp = temporaryName(place.name);
-    Fd out(::openat(place.folder.fd, temp.c_str(),
-                    O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666));
-    if (out.fd < 0)
-        throwErrno(errno, path);
-    int err = writeAll(out.fd, bytes.data(), bytes.size());
-    if (int closed = out.close(); err == 0)
-        err = closed;
-    if (err == 0 &&
-        ::renameat(place.folder.fd, temp.c_str(), place.folder.fd, place.name.c_str()) != 0)
-        err = errno;
-    if (err != 0) {
-        ::unlinkat(place.folder.fd, temp.c_str(), 0);
+    if (int err = replaceFileAt(place.folder.fd, place.name, bytes, 0666, false); err != 0)
         throwErrno(err, path);
-    }
 }
 
 void PosixFileSystem::makeFolder(const std::string& path) {

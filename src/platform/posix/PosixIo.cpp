@@ -8,6 +8,7 @@
 #include <dirent.h>
 #include <fcntl.h>
 #include <linux/openat2.h>
+#include <memory>
 #include <signal.h>
 #include <string_view>
 #include <sys/stat.h>
@@ -31,12 +32,6 @@ std::string parentOf(const std::string& native) {
 
 std::string baseOf(const std::string& native) {
     return native.substr(native.find_last_of('/') + 1);
-}
-
-void syncFolder(const std::string& folder) {
-    Fd dir(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (dir.fd >= 0)
-        ::fsync(dir.fd);
 }
 
 namespace {
@@ -106,13 +101,48 @@ int openRegularNoFollow(int folder, const std::string& name) {
         return -1;
     }
     ::fcntl(in.fd, F_SETFL, ::fcntl(in.fd, F_GETFL) & ~O_NONBLOCK);
-    int fd = in.fd;
-    in.fd = -1;
-    return fd;
+    return in.release();
 }
 
 std::string joinNative(const std::string& folder, const std::string& name) {
     return (folder == "/" ? std::string() : folder) + "/" + name;
+}
+
+int forEachEntry(int folder, const std::function<void(const dirent*)>& take) {
+    int own = ::fcntl(folder, F_DUPFD_CLOEXEC, 0);
+    if (own < 0)
+        return errno;
+    // Closed by the holder, also when take throws.
+    std::unique_ptr<DIR, int (*)(DIR*)> dir(::fdopendir(own), ::closedir);
+    if (!dir) {
+        int err = errno;
+        ::close(own);
+        return err;
+    }
+    // A copy of a descriptor shares its place in the folder with the one it came from.
+    ::rewinddir(dir.get());
+    for (;;) {
+        errno = 0;
+        const dirent* entry = ::readdir(dir.get());
+        // A drive pulled halfway must not pass for the end of the list.
+        if (!entry)
+            return errno;
+        take(entry);
+    }
+}
+
+int readAll(int fd, std::string& out) {
+    char buffer[16384];
+    for (;;) {
+        ssize_t n = ::read(fd, buffer, sizeof buffer);
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n < 0)
+            return errno;
+        if (n == 0)
+            return 0;
+        out.append(buffer, static_cast<std::size_t>(n));
+    }
 }
 
 int writeAll(int fd, const char* bytes, std::size_t size) {
@@ -134,28 +164,48 @@ std::string temporaryName(const std::string& base) {
     return copyTemporaryName(base, static_cast<unsigned long>(::getpid()));
 }
 
-std::string temporaryBeside(const std::string& native) {
-    return parentOf(native) + "/" + temporaryName(baseOf(native));
-}
-
-int replaceFile(const std::string& native, const std::string& bytes, mode_t mode) {
-    std::string temp = temporaryBeside(native);
-    Fd out(::open(temp.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, mode));
+int replaceFileAt(int folder, const std::string& name, const std::string& bytes, mode_t mode,
+                  bool flush, const struct stat* like) {
+    const std::string temp = temporaryName(name);
+    Fd out(
+        ::openat(folder, temp.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode));
     if (out.fd < 0)
         return errno;
-    int err = writeAll(out.fd, bytes.data(), bytes.size());
-    if (err == 0 && ::fsync(out.fd) != 0)
+    int err = 0;
+    if (like) {
+        if ((like->st_uid != ::geteuid() || like->st_gid != ::getegid()) &&
+            ::fchown(out.fd, like->st_uid, like->st_gid) != 0) {
+            // Only root may give the file back to its owner; otherwise it becomes ours.
+        }
+        if (::fchmod(out.fd, like->st_mode & 0775) != 0)
+            err = errno;
+    }
+    if (err == 0)
+        err = writeAll(out.fd, bytes.data(), bytes.size());
+    if (err == 0 && flush && ::fsync(out.fd) != 0)
         err = errno;
     if (int closed = out.close(); err == 0)
         err = closed;
-    if (err == 0 && ::rename(temp.c_str(), native.c_str()) != 0)
+    if (err == 0 && ::renameat(folder, temp.c_str(), folder, name.c_str()) != 0)
         err = errno;
     if (err != 0) {
-        ::unlink(temp.c_str());
+        ::unlinkat(folder, temp.c_str(), 0);
         return err;
     }
-    syncFolder(parentOf(native));
+    if (flush) {
+        // folder may be held by O_PATH, which cannot be flushed itself.
+        Fd self(::openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+        if (self.fd >= 0)
+            ::fsync(self.fd);
+    }
     return 0;
+}
+
+int replaceFile(const std::string& native, const std::string& bytes, mode_t mode) {
+    Fd folder(::open(parentOf(native).c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+    if (folder.fd < 0)
+        return errno;
+    return replaceFileAt(folder.fd, baseOf(native), bytes, mode, true);
 }
 
 namespace {
@@ -178,25 +228,14 @@ void removeTemporaries(const std::string& folder, const std::string& base) {
 }
 
 void removeTemporariesIn(int folder, const std::string& base) {
-    int own = ::fcntl(folder, F_DUPFD_CLOEXEC, 0);
-    if (own < 0)
-        return;
-    DIR* dir = ::fdopendir(own);
-    if (!dir) {
-        ::close(own);
-        return;
-    }
-    // A copy of a descriptor shares its place in the folder with the one it came from.
-    ::rewinddir(dir);
     const std::string prefix = "." + base + kCopyTemporaryMark;
-    while (dirent* entry = ::readdir(dir)) {
+    forEachEntry(folder, [&](const dirent* entry) {
         const std::string name = entry->d_name;
         if (entry->d_type == DT_DIR || (!base.empty() && !name.starts_with(prefix)) ||
             !writerGone(copyTemporaryWriter(name)))
-            continue;
-        ::unlinkat(::dirfd(dir), entry->d_name, 0);
-    }
-    ::closedir(dir);
+            return;
+        ::unlinkat(folder, entry->d_name, 0);
+    });
 }
 
 } // namespace nv

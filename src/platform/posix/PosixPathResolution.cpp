@@ -2,6 +2,7 @@
 
 #include "platform/FailureText.h"
 #include "platform/posix/FolderIndex.h"
+#include "platform/posix/PosixIo.h"
 
 #include <cctype>
 #include <sys/stat.h>
@@ -66,10 +67,6 @@ struct Joined {
     }
 };
 
-std::string child(const std::string& folder, const std::string& name) {
-    return (folder == "/" ? "" : folder) + "/" + name;
-}
-
 } // namespace
 
 std::pair<std::string, std::string> splitLast(const std::string& drivePath) {
@@ -89,10 +86,8 @@ ResolvedPath resolvePath(DriveTable& drives, const std::string& drivePath, Folde
     if (n > 0) {
         // Mostly the path is there in its own letters: one look then, and no other.
         out.path = literal.prefix(n);
-        if (::lstat(out.path.c_str(), &st) == 0) {
-            out.exists = true;
+        if (::lstat(out.path.c_str(), &st) == 0)
             return out;
-        }
     }
 
     // Back to the deepest part that is there in its own letters; past it the parts are looked
@@ -113,18 +108,15 @@ ResolvedPath resolvePath(DriveTable& drives, const std::string& drivePath, Folde
 
     // While the folder walked so far exists and is no link, look up letters on disk.
     bool onDisk = k == 0 || S_ISDIR(st.st_mode);
-    bool there = n == 0;
     for (std::size_t i = k; i < n; ++i) {
         const std::string& part = parsed.parts[i];
-        std::string exact = child(path, part);
-        there = false;
+        std::string exact = joinNative(path, part);
         if (onDisk) {
             struct stat probe {};
             if (i > k && ::lstat(exact.c_str(), &probe) == 0) {
                 path = std::move(exact);
                 st = probe;
                 onDisk = S_ISDIR(probe.st_mode);
-                there = true;
                 continue;
             }
             std::string other;
@@ -134,10 +126,9 @@ ResolvedPath resolvePath(DriveTable& drives, const std::string& drivePath, Folde
                 other = listedEntryIgnoringCase(path, part);
             }
             if (!other.empty()) {
-                path = child(path, other);
+                path = joinNative(path, other);
                 // Only a folder is looked into; a link found in other letters is not.
                 onDisk = i + 1 < n && ::lstat(path.c_str(), &st) == 0 && S_ISDIR(st.st_mode);
-                there = true;
                 continue;
             }
             onDisk = false;
@@ -145,7 +136,6 @@ ResolvedPath resolvePath(DriveTable& drives, const std::string& drivePath, Folde
         path = std::move(exact);
     }
     out.path = path;
-    out.exists = there;
     return out;
 }
 

@@ -15,7 +15,6 @@ struct ResolvedPath {
     // Where the root of the drive ends in path: links up to there are the machine's own, below it
     // nothing is followed.
     std::size_t rootLength = 0;
-    bool exists = false; // path is there (a link counts, even one that leads nowhere)
 };
 
 // As nativePath, asking index (when given) instead of listing folders for names in other

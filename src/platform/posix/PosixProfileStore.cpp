@@ -72,8 +72,7 @@ namespace {
 
 // Reads a plain file whole; false with errno set when it cannot be read.
 bool readFile(const std::string& path, std::string& bytes, Stamp& stamp) {
-    Fd in;
-    in.fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    Fd in(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
     if (in.fd < 0)
         return false;
     struct stat st {};
@@ -83,22 +82,12 @@ bool readFile(const std::string& path, std::string& bytes, Stamp& stamp) {
         errno = EISDIR;
         return false;
     }
-    // Room for one byte more than the size said, so a file that grew is read to its end too.
-    bytes.resize(static_cast<std::size_t>(st.st_size) + 1);
-    std::size_t got = 0;
-    for (;;) {
-        if (got == bytes.size())
-            bytes.resize(bytes.size() * 2);
-        ssize_t n = ::read(in.fd, bytes.data() + got, bytes.size() - got);
-        if (n < 0 && errno == EINTR)
-            continue;
-        if (n < 0)
-            return false;
-        if (n == 0)
-            break;
-        got += static_cast<std::size_t>(n);
+    bytes.clear();
+    bytes.reserve(static_cast<std::size_t>(st.st_size));
+    if (int err = readAll(in.fd, bytes); err != 0) {
+        errno = err;
+        return false;
     }
-    bytes.resize(got);
     stamp = stampOf(st);
     return true;
 }
@@ -119,31 +108,16 @@ bool save(const std::string& native, PosixProfileStore::Image& image) {
     std::string folder = parentOf(target);
     removeTemporaries(folder, baseOf(target));
 
-    std::string temp = temporaryBeside(target);
-    Fd out;
-    out.fd = ::open(temp.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW,
-                    had ? 0600 : 0644);
-    if (out.fd < 0)
+    Fd held(::open(folder.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+    if (held.fd < 0)
         return false;
-    bool ok = true;
-    if (had) {
-        if ((old.st_uid != ::geteuid() || old.st_gid != ::getegid()) &&
-            ::fchown(out.fd, old.st_uid, old.st_gid) != 0) {
-            // Only root may give the file back to its owner; otherwise it becomes ours.
-        }
-        ok = ::fchmod(out.fd, old.st_mode & 0775) == 0;
-    }
     std::string bytes = image.text.render();
-    ok = ok && writeAll(out.fd, bytes.data(), bytes.size()) == 0 && ::fsync(out.fd) == 0;
-    ok = out.close() == 0 && ok;
-    ok = ok && ::rename(temp.c_str(), target.c_str()) == 0;
-    if (!ok) {
-        int err = errno;
-        ::unlink(temp.c_str());
+    if (int err = replaceFileAt(held.fd, baseOf(target), bytes, had ? 0600 : 0644, true,
+                                had ? &old : nullptr);
+        err != 0) {
         errno = err;
         return false;
     }
-    syncFolder(folder);
     struct stat now {};
     if (::stat(target.c_str(), &now) != 0)
         return false;
