@@ -2,6 +2,7 @@
 
 #include "platform/CaseFold.h"
 #include "platform/FileFailure.h"
+#include "startup/Paths.h"
 
 #include <algorithm>
 #include <optional>
@@ -26,12 +27,6 @@ FileFailure onTheBackupMedium(const FileFailure& failure, const StagedCopy& copy
                            " is niet goed op de backup schijf gekomen: de backup schijf gaf bij "
                            "het teruglezen andere gegevens terug dan erop geschreven zijn. Maak "
                            "de backup opnieuw op een andere backup schijf");
-}
-
-// The folder a destination lies in, "" for a bare name.
-std::string folderOf(const std::string& destination) {
-    std::size_t cut = destination.find_last_of('\\');
-    return cut == std::string::npos ? std::string() : destination.substr(0, cut);
 }
 
 void addFolder(std::vector<std::string>& folders, const std::string& folder) {
