@@ -36,6 +36,22 @@ std::string folderOf(const std::string& path) {
     return cut == std::string::npos ? std::string() : path.substr(0, cut);
 }
 
+std::string bareNameOf(const std::string& path) {
+    return path.substr(path.find_last_of('\\') + 1);
+}
+
+std::string folderWithoutTrailingBackslash(std::string folder) {
+    while (folder.size() > 3 && folder.back() == '\\')
+        folder.pop_back();
+    if (folder.size() == 2 && folder[1] == ':')
+        folder += '\\';
+    return folder;
+}
+
+std::string folderWithTrailingBackslash(const std::string& folder) {
+    return !folder.empty() && folder.back() == '\\' ? folder : folder + '\\';
+}
+
 std::string fSpecialFolder(int csidl) {
     return platform().folders->folder(csidl);
 }
