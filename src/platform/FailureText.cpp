@@ -31,13 +31,18 @@ std::string failureDescription(int32_t number) {
     case kFailPathNotFound:
         return "Pad niet gevonden";
     case kFailCopyClip:
-        return "De animatie FILECOPY.GIF ontbreekt in de map van het programma of kan niet "
-               "worden geopend. Installeer het programma opnieuw";
+        return copyClipFailure("FILECOPY.AVI").Description;
     case kFailReadBack:
         return "De schijf gaf bij het teruglezen andere gegevens terug dan erop geschreven zijn";
     default:
         return "Bestandsbewerking mislukt";
     }
+}
+
+FileFailure copyClipFailure(const std::string& clipName) {
+    return FileFailure(kFailCopyClip, "De animatie " + clipName +
+                                          " ontbreekt in de map van het programma of kan niet "
+                                          "worden geopend. Installeer het programma opnieuw");
 }
 
 FileFailure readBackFailure(const std::string& destination) {

@@ -20,6 +20,9 @@ inline FileFailure writeProtectedFailure() {
     return FileFailure(kFailPathNotFound, "Schijf is tegen schrijven beveiligd");
 }
 
+// The copy window's clip, by the file name the face plays, is missing or cannot be played.
+FileFailure copyClipFailure(const std::string& clipName);
+
 // A copy to destination (drive form) that the medium gave back otherwise than it was written;
 // the destination was left as it was.
 FileFailure readBackFailure(const std::string& destination);
