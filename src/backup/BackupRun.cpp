@@ -10,6 +10,7 @@
 #include "startup/AppSettings.h"
 #include "startup/FileOps.h"
 #include "startup/MsgBox.h"
+#include "startup/Paths.h"
 #include "startup/Settings.h"
 
 #include <limits>
@@ -210,7 +211,7 @@ void backUp(BackupWindows& windows, CopyBatch& copies, int16_t& intLoop,
             continue;
         }
         if (name.empty()) // the file system refused the question; the row names its file
-            name = source.substr(source.find_last_of('\\') + 1);
+            name = bareNameOf(source);
 
         const std::string status = "Kopiëren " + name;
         windows.setStatusText(status);

@@ -41,24 +41,6 @@ public:
 // strBackupFolder (without trailing backslash) are the main window's own fields.
 void Cmd_Backup_Click(BackupWindows& windows, int16_t& intLoop, std::string& strBackupFolder);
 
-// Runs one step of a failure path that goes on behind a failing step: a failure with Number 75
-// passes over the step, every other one reaches the caller.
-template <typename Step> void goOnBehind(Step&& step) {
-    try {
-        step();
-    } catch (const FileFailure& failure) {
-        if (failure.Number != kFailAccessRefused)
-            throw;
-    }
-}
-
-// A test whose step failed with Number 75 counts as answered yes.
-template <typename Test> bool answeredOrYes(Test&& test) {
-    bool yes = true;
-    goOnBehind([&] { yes = test(); });
-    return yes;
-}
-
 // The destination of one source in the mirrored layout, its subfolder made; "" after a failure,
 // which it has told the user itself.
 std::string fFullPath(const std::string& sStrFile, const std::string& strBackupFolder);

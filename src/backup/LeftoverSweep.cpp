@@ -3,6 +3,7 @@
 #include "platform/CaseFold.h"
 #include "platform/FileFailure.h"
 #include "startup/FileOps.h"
+#include "startup/Paths.h"
 
 #include <algorithm>
 #include <vector>
@@ -35,7 +36,7 @@ void subSweepBackupLeftovers(const std::string& driveTarget, const std::string& 
     subSweepFolderLeftovers(runFolder);
 
     const std::string root = driveTarget + "\\";
-    const std::string own = upperCase(runFolder.substr(runFolder.find_last_of('\\') + 1));
+    const std::string own = upperCase(bareNameOf(runFolder));
     std::vector<std::string> older;
     for (const std::string& name : foldersOf(root)) {
         const std::string key = upperCase(name);

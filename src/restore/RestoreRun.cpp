@@ -23,11 +23,8 @@ namespace {
 
 // The last folder of a full path, "" for a file at a root.
 std::string lastFolderOf(const std::string& path) {
-    std::size_t cut = path.find_last_of('\\');
-    if (cut == std::string::npos || cut == 0)
-        return "";
-    std::size_t before = path.find_last_of('\\', cut - 1);
-    return before == std::string::npos ? "" : path.substr(before + 1, cut - before - 1);
+    const std::string folder = folderOf(path);
+    return folder.find('\\') == std::string::npos ? "" : bareNameOf(folder);
 }
 
 // Bare names that rows of the list give to more than one file. Rows that are not selected count
@@ -36,9 +33,7 @@ std::set<std::string> namesOfSeveralFiles(const RestoreList& list) {
     std::map<std::string, std::set<std::string>> paths;
     for (int row = 0; row < list.count(); ++row) {
         std::string text = list.text(row);
-        std::size_t cut = text.find_last_of('\\');
-        std::string name = cut == std::string::npos ? text : text.substr(cut + 1);
-        paths[upperCase(name)].insert(upperCase(text));
+        paths[upperCase(bareNameOf(text))].insert(upperCase(text));
     }
     std::set<std::string> several;
     for (const auto& [name, files] : paths)

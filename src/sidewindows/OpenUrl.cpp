@@ -4,20 +4,17 @@
 #include "platform/Platform.h"
 #include "startup/AppSettings.h"
 #include "startup/FileOps.h"
+#include "startup/Paths.h"
 
 namespace nv {
 
 namespace {
 
-std::string withBackslash(const std::string& folder) {
-    return !folder.empty() && folder.back() == '\\' ? folder : folder + "\\";
-}
-
 // Writes, opens and deletes the shortcut in one folder; false when it cannot be written there.
 bool openThrough(const std::string& folder, const std::string& target) {
     if (folder.empty())
         return false;
-    std::string path = withBackslash(folder) + "temp.url";
+    std::string path = folderWithTrailingBackslash(folder) + "temp.url";
     try {
         subWriteFile(path, fInternetShortcut(target));
     } catch (const FileFailure&) {

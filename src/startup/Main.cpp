@@ -7,6 +7,7 @@
 #include "startup/AppSettings.h"
 #include "startup/FileOps.h"
 #include "startup/MsgBox.h"
+#include "startup/Paths.h"
 #include "startup/Settings.h"
 
 namespace nv {
@@ -52,9 +53,8 @@ bool settingsFileThere() {
 } // namespace
 
 std::string fSettingsNotStoredText(const std::string& folder) {
-    std::string shown =
-        folder.size() > 3 && folder.back() == '\\' ? folder.substr(0, folder.size() - 1) : folder;
-    return "De instellingen kunnen niet worden opgeslagen in de map " + shown +
+    return "De instellingen kunnen niet worden opgeslagen in de map " +
+           folderWithoutTrailingBackslash(folder) +
            ".\r\n\r\nDe lijst met bestanden en het gekozen station worden daarom niet bewaard. "
            "Zorg dat u in deze map mag schrijven.";
 }

@@ -66,13 +66,10 @@ void subMakeTree(std::string path) {
         std::string current = parts[0];
         for (std::size_t i = 1; i < parts.size(); ++i) {
             current += "\\" + parts[i];
-            try {
+            goOnBehind([&] {
                 if (!fPlainFileExists(current))
                     subMakeFolder(current);
-            } catch (const FileFailure& failure) {
-                if (failure.Number != kFailAccessRefused)
-                    throw;
-            }
+            });
         }
     } catch (const FileFailure& failure) {
         MsgBox(failure.Description, Buttons::OK, Icon::None, DefaultButton::First,

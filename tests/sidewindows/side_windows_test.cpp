@@ -1,0 +1,68 @@
+#include "sidewindows/FrmAbout.h"
+#include "sidewindows/FrmSplash.h"
+#include "support/FakeControls.h"
+#include "support/TestMachine.h"
+
+#include <gtest/gtest.h>
+
+using namespace nv;
+
+namespace {
+
+TEST(Splash, ShowsNameAndVersionAndGoesOnACharacterKeyAClickOrTwoSecondsAfterItsLoad) {
+    nvtest::TestMachine machine;
+    const std::function<void(nvtest::FakeSplashWindow&)> closers[] = {
+        [](auto& w) { w.Me.KeyPress(); }, [](auto& w) { EXPECT_TRUE(w.Frame1.click()); }};
+    for (const auto& close : closers) {
+        nvtest::FakeSplashWindow splash;
+        splash.form().Form_Load();
+        EXPECT_EQ(splash.lblProductName.caption(), "Norvale Backup");
+        EXPECT_EQ(splash.lblVersion.caption(), "Version 1.7.1");
+        EXPECT_EQ(splash.lblCopyright.caption(), "Tessaly \u00a9 2004-2026");
+        close(splash);
+        EXPECT_TRUE(splash.Me.closed);
+    }
+
+    nvtest::FakeSplashWindow splash;
+    splash.form().Form_Load();
+    EXPECT_EQ(splash.Timer1.interval(), 500);
+    // A clock put back a minute delays the closing: the timer compares with the moment of load.
+    machine.clock.timeOfDay -= 57'500;
+    EXPECT_TRUE(splash.Timer1.tick());
+    machine.clock.timeOfDay += 57'500 + 2000;
+    splash.Timer1.tick();
+    EXPECT_FALSE(splash.Me.closed);
+    machine.clock.timeOfDay += 1;
+    splash.Timer1.tick();
+    EXPECT_TRUE(splash.Me.closed);
+}
+
+TEST(About, ShowsItsTextsAndTheMailLinkGoesThroughAThrowAwayShortcut) {
+    nvtest::TestMachine machine;
+    machine.process.path = machine.temp.drive("Program");
+    machine.temp.write("Program/keep.txt", "x");
+    nvtest::FakeAboutWindow about;
+    about.form().Form_Load();
+    EXPECT_EQ(about.Me.caption(), "Tessaly Backup Tool");
+    EXPECT_EQ(about.lblTitle.caption(), "Norvale Backup Tool");
+    EXPECT_EQ(about.lblVersion.caption(), "Versie 1.7.1");
+    EXPECT_EQ(about.TxtInfo.text(), "Voor vragen, mail naar:");
+    EXPECT_EQ(about.lblDisclaimer.caption(), kCopyrightLine);
+    EXPECT_EQ(about.lblDescription.caption().substr(0, 36), "Eenvoudig progamma om de Norvale bes");
+    EXPECT_EQ(about.LblMail.caption(), kSupportAddress);
+    EXPECT_EQ(about.LblMail.foreColor, (Rgb{0, 0, 192}));
+
+    for (int click = 0; click < 2; ++click)
+        EXPECT_TRUE(about.LblMail.click());
+    EXPECT_EQ(about.LblMail.foreColor, (Rgb{192, 0, 0}));
+    const std::string link = machine.temp.drive("Program\\temp.url");
+    EXPECT_EQ(machine.shell.opened, std::vector({link, link}));
+    EXPECT_EQ(machine.shell.contents[1],
+              "[internetShortcut]\r\nurl =mailto:" + std::string(kSupportAddress) + "\r\n");
+    EXPECT_FALSE(std::filesystem::exists(machine.temp.native("Program/temp.url")));
+
+    EXPECT_TRUE(about.cmdOK.click());
+    EXPECT_TRUE(about.Me.closed);
+}
+
+} // namespace
