@@ -1,6 +1,6 @@
 // Prints how long the wizard's highlight takes to glide to step 2 in its 1000 painted steps, on
 // the display the program is given (run it under xvfb-run for an X server without a screen).
-#include "mainwindow/qt/FrmMain.h"
+#include "mainwindow/qt/MainWindow.h"
 #include "platform/DriveFormConversion.h"
 #include "platform/Platform.h"
 #include "restore/qt/ShapeControl.h"
@@ -29,8 +29,10 @@ int main(int argc, char** argv) {
         s.strFiles.push_back("C:\\Data\\Norvale\\bestand" + std::to_string(n) + ".dat");
     s.AantalFiles = 9;
 
-    nv::FrmMain window;
-    window.Form_Load();
+    nv::MainWindow window;
+    nv::FrmMain& form = window.form();
+    auto* shape = window.findChild<nv::ShapeControl*>("Shape1");
+    form.Form_Load();
     window.show();
     QCoreApplication::processEvents();
 
@@ -38,18 +40,18 @@ int main(int argc, char** argv) {
     double total = 0, slowest = 0;
     int paints = 0;
     for (int i = 0; i < rounds; ++i) {
-        window.CmdRestore_Click();
+        form.CmdRestore_Click();
         QCoreApplication::processEvents();
-        int before = window.Shape1->paints();
+        int before = shape->paints();
         auto start = Clock::now();
-        window.CmdWizRestore_Click(0);
+        form.CmdWizRestore_Click(0);
         double ms = std::chrono::duration<double, std::milli>(Clock::now() - start).count();
-        paints = window.Shape1->paints() - before;
+        paints = shape->paints() - before;
         total += ms;
         slowest = std::max(slowest, ms);
-        window.CmdWizRestore_Click(2);
+        form.CmdWizRestore_Click(2);
         // The next glide starts from the shape's place at start, as the first one of a run.
-        window.Shape1->setTwips(9240, 1080, 975, 975);
+        form.Shape1->setPlace({9240, 1080, 975, 975});
         QCoreApplication::processEvents();
     }
     std::printf("Glide of the highlight to step 2 on platform '%s', %d rounds\n",

@@ -1,7 +1,7 @@
 // Prints what the drive watch and the list edits cost the user: one tick of the watch on a
 // drive whose root holds 10,000 files, one add and one remove on a list of 32,767 rows, and the
 // share of a core the idle program takes.
-#include "mainwindow/qt/FrmMain.h"
+#include "mainwindow/qt/MainWindow.h"
 #include "platform/DriveFormConversion.h"
 #include "platform/MessageBoxes.h"
 #include "platform/Platform.h"
@@ -10,7 +10,6 @@
 #include "support/TestMachine.h"
 
 #include <QApplication>
-#include <QListWidget>
 #include <QTimer>
 #include <chrono>
 #include <cstdio>
@@ -79,24 +78,25 @@ int main(int argc, char** argv) {
         s.strFiles[n] =
             "C:\\Data\\Map" + std::to_string(n % 50) + "\\bestand" + std::to_string(n) + ".dat";
 
-    nv::FrmMain window;
-    window.Form_Load();
+    nv::MainWindow window;
+    nv::FrmMain& form = window.form();
+    form.Form_Load();
     window.show();
     QCoreApplication::processEvents();
 
     const int ticks = 1000;
     auto start = Clock::now();
     for (int i = 0; i < ticks; ++i)
-        window.Timer1_Timer();
+        form.Timer1_Timer();
     double tick = msSince(start) / ticks;
 
     dialogs.answers.push_back(folder + "\\nieuw.dat");
     start = Clock::now();
-    window.CmdSelectFiles_Click();
+    form.CmdSelectFiles_Click();
     double add = msSince(start);
-    window.LstSelectedFiles->setCurrentRow(100);
+    form.LstSelectedFiles->setListIndex(100);
     start = Clock::now();
-    window.CmdVerwijder_Click();
+    form.CmdVerwijder_Click();
     double remove = msSince(start);
 
     // The idle program: the watch ticking and the status clock running, nothing else.

@@ -1,11 +1,11 @@
 // Prints how long the program takes from its start to the first painted main window, against a
 // bare Qt window, each in a fresh process, side by side in one run.
-#include "mainwindow/qt/StartWindows.h"
 #include "platform/DriveFormConversion.h"
 #include "platform/Platform.h"
 #include "platform/qt/QtMessageBoxes.h"
 #include "production/KnownFile.h"
 #include "startup/Main.h"
+#include "startup/qt/StartWindows.h"
 #include "support/TestMachine.h"
 
 #include <QApplication>

@@ -1,14 +1,15 @@
 #include "startup/Main.h"
-#include "mainwindow/qt/StartWindows.h"
 #include "platform/Platform.h"
 #include "platform/qt/HelpKey.h"
 #include "platform/qt/QtFileDialogs.h"
+#include "platform/qt/QtHelpViewer.h"
 #include "platform/qt/QtMessageBoxes.h"
 #include "platform/qt/QtShell.h"
-#include "platform/qt/ShowHelp.h"
-#include "platform/qt/SingleInstance.h"
 #include "production/KnownFile.h"
 #include "startup/AppSettings.h"
+#include "startup/OpenHelp.h"
+#include "startup/qt/SingleInstance.h"
+#include "startup/qt/StartWindows.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -37,9 +38,14 @@ int main(int argc, char** argv) {
     machine.boxes = &boxes;
     machine.shell = &shell;
     machine.dialogs = &dialogs;
-    nv::platform() = machine;
+    nv::ScopedPlatform installed(machine);
 
-    nv::HelpKey help([] { return nv::App.HelpFile; }, nv::showHelp);
+    nv::QtHelpViewer viewer;
+    // Until the start has named the help file, as in its first boxes, F1 has nothing to open.
+    nv::HelpKey help([&viewer] {
+        if (!nv::App.HelpFile.empty())
+            nv::subOpenHelp(viewer);
+    });
     app.installEventFilter(&help);
 
     // Before anything is read or moved: a second program on the same settings would undo the
@@ -50,7 +56,7 @@ int main(int argc, char** argv) {
 
     nv::QtStartWindows windows;
     QObject::connect(&instance, &nv::SingleInstance::comeForward, [&windows] {
-        if (nv::FrmMain* main = windows.mainWindow()) {
+        if (nv::MainWindow* main = windows.mainWindow()) {
             main->setWindowState(main->windowState() & ~Qt::WindowMinimized);
             main->raise();
             main->activateWindow();

@@ -65,6 +65,11 @@ std::string shortTimeText(Moment moment) {
     return buffer;
 }
 
+Date dateOf(Moment moment) {
+    return static_cast<Date>(moment >= 0 ? moment / kMsPerDay
+                                         : (moment - kMsPerDay + 1) / kMsPerDay);
+}
+
 std::string isoDateText(Date date) {
     CivilDate c = civilFromDate(date);
     char buffer[16];

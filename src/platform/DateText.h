@@ -26,6 +26,8 @@ std::optional<Date> parseShortDate(const std::string& text);
 std::string mediumDateText(Date date);
 // HH:mm of a moment, as a clock on the screen shows it.
 std::string shortTimeText(Moment moment);
+// The date a moment falls on.
+Date dateOf(Moment moment);
 // yyyy-mm-dd, as in the names of backup folders.
 std::string isoDateText(Date date);
 

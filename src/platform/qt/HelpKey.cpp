@@ -6,9 +6,7 @@ namespace nv {
 
 bool HelpKey::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_F1) {
-        std::string file = helpFile_();
-        if (!file.empty())
-            open_(file);
+        pressed_();
         return true;
     }
     return QObject::eventFilter(watched, event);

@@ -3,25 +3,19 @@
 #include <QObject>
 
 #include <functional>
-#include <string>
 
 namespace nv {
 
-// F1 in any window of the program hands the help file to open, which shows it. The file is
-// asked for at each press, since the program learns where it lies only after the key is in place.
+// F1 in any window of the program, installed on the application.
 class HelpKey : public QObject {
 public:
-    using HelpFile = std::function<std::string()>;
-    using Open = std::function<void(const std::string&)>;
-    HelpKey(HelpFile helpFile, Open open)
-        : helpFile_(std::move(helpFile)), open_(std::move(open)) {}
+    explicit HelpKey(std::function<void()> pressed) : pressed_(std::move(pressed)) {}
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    HelpFile helpFile_;
-    Open open_;
+    std::function<void()> pressed_;
 };
 
 } // namespace nv

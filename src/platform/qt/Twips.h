@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/Controls.h"
+
 #include <QRect>
 
 namespace nv {
@@ -9,5 +11,13 @@ namespace nv {
 int twips(int value);
 QRect twipsRect(int left, int top, int width, int height);
 int pixelsToTwips(int pixels);
+
+inline QRect pixelsOf(const TwipsRect& place) {
+    return twipsRect(place.left, place.top, place.width, place.height);
+}
+inline TwipsRect twipsOf(const QRect& pixels) {
+    return {pixelsToTwips(pixels.x()), pixelsToTwips(pixels.y()), pixelsToTwips(pixels.width()),
+            pixelsToTwips(pixels.height())};
+}
 
 } // namespace nv

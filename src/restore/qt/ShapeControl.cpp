@@ -1,7 +1,5 @@
 #include "restore/qt/ShapeControl.h"
 
-#include "platform/qt/Twips.h"
-
 #include <QPainter>
 
 namespace nv {
@@ -11,23 +9,9 @@ ShapeControl::ShapeControl(QWidget* parent) : QWidget(parent) {
     setAttribute(Qt::WA_NoSystemBackground);
 }
 
-void ShapeControl::setShapeKind(int kind) {
+void ShapeControl::setKind(int kind) {
     kind_ = kind;
     update();
-}
-
-void ShapeControl::setTwips(int left, int top, int width, int height) {
-    left_ = left;
-    top_ = top;
-    width_ = width;
-    height_ = height;
-    setGeometry(twipsRect(left, top, width, height));
-}
-
-void ShapeControl::moveTwips(int left, int top) {
-    left_ = left;
-    top_ = top;
-    move(twips(left), twips(top));
 }
 
 void ShapeControl::paintEvent(QPaintEvent*) {
@@ -38,7 +22,7 @@ void ShapeControl::paintEvent(QPaintEvent*) {
     pen.setWidth(3);
     painter.setPen(pen);
     QRectF area = QRectF(rect()).adjusted(1.5, 1.5, -1.5, -1.5);
-    if (kind_ == Circle)
+    if (kind_ == Shape::kCircle)
         painter.drawEllipse(area);
     else
         painter.drawRect(area);
