@@ -46,6 +46,11 @@ public:
         p.top = top;
         setPlace(p);
     }
+    void setHeight(int height) {
+        TwipsRect p = place();
+        p.height = height;
+        setPlace(p);
+    }
 };
 
 // A label or a frame: a caption the user cannot edit.
