@@ -5,10 +5,7 @@
 #include "platform/posix/PosixFileSystem.h"
 #include "support/TempFolder.h"
 
-#include <filesystem>
-#include <fstream>
 #include <gtest/gtest.h>
-#include <string>
 #include <thread>
 
 using namespace nv;
@@ -55,6 +52,7 @@ TEST_F(FolderNames, TheProgramsOwnCopiesMovesAndDeletesKeepTheNamesRight) {
     files.makeFolder("T:\\Backup");
     for (int i = 0; i < 20; ++i)
         files.copyFile("T:\\bron.dat", "T:\\Backup\\f" + std::to_string(i) + ".dat");
+    // A copy of a batch, staged first and flushed with the others before it takes its name.
     auto staged = files.stageCopy("T:\\bron.dat", "T:\\backup\\F20.DAT");
     ASSERT_TRUE(staged);
     files.flushStaged({*staged});
@@ -83,12 +81,13 @@ TEST_F(FolderNames, MoreFoldersThanTheIndexHoldsStayRight) {
         temp.write(folder(i) + "/a.txt", "x");
         EXPECT_EQ(files.firstMatch("T:\\" + folder(i) + "\\A.TXT"), "a.txt");
     }
+    int wrong = 0;
     for (int i = 0; i < count; ++i)
         fs::rename(temp.native(folder(i) + "/a.txt"), temp.native(folder(i) + "/B.txt"));
-    for (int i = count - 1; i >= 0; --i) {
-        EXPECT_EQ(files.firstMatch("T:\\" + folder(i) + "\\A.TXT"), "") << i;
-        EXPECT_EQ(files.firstMatch("T:\\" + folder(i) + "\\b.txt"), "B.txt") << i;
-    }
+    for (int i = count - 1; i >= 0; --i)
+        wrong += files.firstMatch("T:\\" + folder(i) + "\\A.TXT") != "" ||
+                 files.firstMatch("T:\\" + folder(i) + "\\b.txt") != "B.txt";
+    EXPECT_EQ(wrong, 0);
 }
 
 // The copy runs on a worker thread while the window's thread may ask the same file system.

@@ -1,13 +1,10 @@
 // A settings file as other tools and other systems leave it: line ends of every kind, and the
 // character sets it may come in. What is read, and what a store leaves of the other bytes.
 // That every file renders back byte for byte and keeps its character set is fuzzed.
-
 #include "platform/ProfileDocument.h"
 #include "platform/Utf8.h"
 
 #include <gtest/gtest.h>
-
-#include <string>
 
 namespace {
 
@@ -27,15 +24,16 @@ std::string utf16(const std::string& utf8, bool bigEndian) {
 TEST(ProfileDocument, ReadsAndStoresInEveryLineEndAndCharacterSet) {
     const std::string path = "C:\\" + kLodz + "\\NV.ini";
     const std::string utf8 = "[Basic settings]\r\nAantalFiles=2\r\ndirfrom=" + path + "\r\n";
+    const std::string cp1252 = "C:\\Donn\xE9s";
     const struct {
         const char* name;
         std::string bytes;
         ProfileCharset charset;
         std::string dirfrom;
     } files[] = {
-        {"LF", "[Basic settings]\nAantalFiles=2\ndirfrom=C:\\Donn\xE9s", ProfileCharset::Cp1252,
+        {"LF", "[Basic settings]\nAantalFiles=2\ndirfrom=" + cp1252, ProfileCharset::Cp1252,
          "C:\\Donn" + kE + "s"},
-        {"lone CR", "[Basic settings]\rAantalFiles=2\rdirfrom=C:\\Donn\xE9s\r",
+        {"lone CR", "[Basic settings]\rAantalFiles=2\rdirfrom=" + cp1252 + "\r",
          ProfileCharset::Cp1252, "C:\\Donn" + kE + "s"},
         {"CR and CR LF", "[Basic settings]\rAantalFiles=2\r\ndirfrom=" + path, ProfileCharset::Utf8,
          path},
@@ -61,14 +59,13 @@ TEST(ProfileDocument, ReadsAndStoresInEveryLineEndAndCharacterSet) {
     EXPECT_EQ(doc.render(), "[Basic settings]\rAantalFiles=3\r\nDriveTarget=E:\rDirectory=0\r\n");
 }
 
-TEST(ProfileDocument, KeepsAWindowsFileInItsCodePageWhereItCan) {
-    const std::string windows = "[Basic settings]\r\ndirfrom=C:\\Donn\xE9"
-                                "es\\\r\n[Backupfiles]\r\nBackUpfile1=C:\\Caf\xE9\\NV.ini\r\n";
-    // A value the code page holds is written in it, beside bytes that stay: tried through a start
-    // on such a file. One it cannot hold turns the file into UTF-8 rather than lose a letter.
-    ProfileDocument doc(windows);
-    EXPECT_TRUE(doc.set("Backupfiles", "BackUpfile3", "C:\\" + kLodz + "\\NV.ini"));
-    ProfileDocument again(doc.render());
+TEST(ProfileDocument, KeepsEachFileInItsCharacterSetWhereItCan) {
+    // A value the code page cannot hold turns a Windows file into UTF-8 rather than lose a
+    // letter. (One it holds is written in it: tried through a start on such a file.)
+    ProfileDocument windows("[Basic settings]\r\ndirfrom=C:\\Donn\xE9"
+                            "es\\\r\n[Backupfiles]\r\nBackUpfile1=C:\\Caf\xE9\\NV.ini\r\n");
+    EXPECT_TRUE(windows.set("Backupfiles", "BackUpfile3", "C:\\" + kLodz + "\\NV.ini"));
+    ProfileDocument again(windows.render());
     EXPECT_EQ(again.charset(), ProfileCharset::Utf8);
     EXPECT_EQ(again.find("Basic settings", "dirfrom"), "C:\\Donn" + kE + "es\\");
     EXPECT_EQ(again.find("BACKUPFILES", "backupfile1"), "C:\\Caf" + kE + "\\NV.ini");
@@ -79,20 +76,18 @@ TEST(ProfileDocument, KeepsAWindowsFileInItsCodePageWhereItCan) {
     EXPECT_EQ(mixed.find("S", "A"), "\xC3\x83\xC2\xA9");
     EXPECT_TRUE(mixed.set("S", "B", "x"));
     EXPECT_EQ(ProfileDocument(mixed.render()).find("S", "A"), "\xC3\x83\xC2\xA9");
-}
 
-TEST(ProfileDocument, KeepsAUtf8FileInUtf8WithNamesOfAnyCase) {
-    const std::string text = "[Basic settings]\r\n\xC5\x81\xC3\xB3"
+    // In a UTF-8 file ó and Ó, d and D name one key, and a malformed byte in a value cannot
+    // break the file's UTF-8.
+    const std::string lodz = "[Basic settings]\r\n\xC5\x81\xC3\xB3"
                              "dz=1\r\n";
-    ProfileDocument doc(text);
-    // ó and Ó, d and D name one key.
-    EXPECT_EQ(doc.find("Basic settings", "\xC5\x81\xC3\x93"
+    ProfileDocument utf(lodz);
+    EXPECT_EQ(utf.find("Basic settings", "\xC5\x81\xC3\x93"
                                          "DZ"),
               "1");
-    // A malformed byte in a value cannot break the file's UTF-8.
-    EXPECT_TRUE(doc.set("Basic settings", "DriveTarget", "E\xFF:"));
-    EXPECT_EQ(doc.render(), text + "DriveTarget=E?:\r\n");
-    EXPECT_EQ(ProfileDocument(doc.render()).charset(), ProfileCharset::Utf8);
+    EXPECT_TRUE(utf.set("Basic settings", "DriveTarget", "E\xFF:"));
+    EXPECT_EQ(utf.render(), lodz + "DriveTarget=E?:\r\n");
+    EXPECT_EQ(ProfileDocument(utf.render()).charset(), ProfileCharset::Utf8);
     // A UTF-16 file keeps what a UTF-16 reader would not: a lone surrogate and an odd last byte.
     const std::string odd = utf16("[S]\r\nK=v\r\n", false) + std::string("\x00\xD8x", 3);
     EXPECT_EQ(ProfileDocument(odd).render(), odd);

@@ -4,7 +4,6 @@
 #include <filesystem>
 #include <gtest/gtest.h>
 
-using namespace nv;
 namespace fs = std::filesystem;
 
 // A temp.url in the program folder that links to another file is replaced, never written
@@ -16,9 +15,8 @@ TEST(OpenUrl, ALinkNamedTempUrlLeavesWhatItPointsToAlone) {
     fs::create_directories(machine.temp.native("Program"));
     fs::create_symlink(machine.temp.native("Thuis/.bashrc"),
                        machine.temp.native("Program/temp.url"));
-    subOpenUrl("mailto:a@b.example");
+    nv::subOpenUrl("mailto:a@b.example");
     EXPECT_EQ(machine.temp.read("Thuis/.bashrc"), "export PATH");
     EXPECT_FALSE(fs::exists(fs::symlink_status(machine.temp.native("Program/temp.url"))));
-    EXPECT_EQ(machine.shell.contents,
-              std::vector<std::string>{"[internetShortcut]\r\nurl =mailto:a@b.example\r\n"});
+    EXPECT_EQ(machine.shell.opened, std::vector{machine.temp.drive("Program\\temp.url")});
 }
