@@ -191,7 +191,6 @@ TEST(NativePath, FindsComponentsWithoutRegardToCaseAndNeverLeadsOutOfTheDrive) {
     }
 }
 
-// The same mount point with another file system behind it.
 TEST(MountedStick, AnotherStickInTheSamePlaceIsReadAnew) {
     nvtest::TempFolder temp;
     const fs::path point = temp.native("stick");
@@ -297,7 +296,6 @@ protected:
 
     Stick& stick(char name) { return *sticks[static_cast<std::size_t>(name - 'A')]; }
     bool plug(char name) { return stick(name).plugIn(media / ("STICK" + std::string(1, name))); }
-    // A start of the program for this user.
     std::unique_ptr<DriveTable> start(const std::string& variable = "") {
         DriveTable::Options o;
         o.drivesVariable = variable;
@@ -314,7 +312,6 @@ protected:
     }
 
     nvtest::TempFolder temp;
-    // The user's folder below /media, as a desktop makes it.
     const fs::path media = "/media/nvtest" + std::to_string(::getpid());
     std::vector<std::unique_ptr<Stick>> sticks;
 };

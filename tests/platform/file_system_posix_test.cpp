@@ -110,7 +110,6 @@ TEST_F(PosixFiles, ACopyThreadAndALookingThreadShareTheIndex) {
 TEST_F(PosixFiles, LinksAndNodesAreNeitherListedNorDeletedThroughAndACopyReplacesALink) {
     temp.write("Thuis/.ssh/id_rsa", "geheim");
     const fs::path at = temp.native("Stick/B/NV.ini");
-    // A link, or else a node of that type.
     const std::tuple<const char*, std::string, mode_t> oddities[] = {
         {"link to a file outside", temp.native("Thuis/.ssh/id_rsa").string(), 0},
         {"relative link up and out", "../../Thuis/.ssh/id_rsa", 0},

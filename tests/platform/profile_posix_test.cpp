@@ -31,7 +31,6 @@ protected:
                     const std::string& section = "Basic settings") {
         return store.getString(section, key, "?", 255, dir.drive(relative));
     }
-    // What lies beside the settings file.
     std::vector<std::string> others(const std::string& folder = "") {
         std::vector<std::string> names;
         for (const auto& entry : fs::directory_iterator(dir.native(folder)))
@@ -172,7 +171,6 @@ TEST_F(ProfilePosix, AKilledWriterLeavesTheOldOrTheNewFileAndNothingToMistakeFor
         }
         EXPECT_EQ(nv::nativePlatform().files->firstMatch(dir.drive("*.*")), kIni);
     }
-    // The next store clears what crashed runs left.
     EXPECT_GT(leftovers, 0);
     EXPECT_TRUE(store.writeString("Basic settings", "AantalFiles", "1", ini));
     EXPECT_EQ(others(), std::vector<std::string>{});
