@@ -29,13 +29,13 @@ TEST(Files, FirstMatchSeesPlainFilesOnlyInTheLettersOnDisk) {
         t.write(name, "x");
     fs::create_directories(t.native("Map/Sub.dir"));
     fs::create_directories(t.native("Leeg/Sub"));
-    for (const char* spec : {"Map\\grootboek.mdb", "Map\\*.mdb", "Map\\Grootb??k.*", "Map\\*.*"})
-        EXPECT_EQ(fFirstMatch(t.drive(spec)), "Grootboek.MDB") << spec;
+    for (const char* pattern : {"Map\\grootboek.mdb", "Map\\*.mdb", "Map\\Grootb??k.*", "Map\\*.*"})
+        EXPECT_EQ(fFirstMatch(t.drive(pattern)), "Grootboek.MDB") << pattern;
     EXPECT_EQ(fFirstMatch(t.drive("Map\\*.")), "zonder_punt");
     // No folder, no file below a file, no longer extension, no name with a dot for "*.".
-    for (const char* spec : {"Map\\Sub.dir", "Leeg\\*.*", "Bestaatniet\\*.*", "Namen\\*.mdb",
-                             "Namen\\*.", "Map\\Grootboek.MDB\\*.*", "Map\\Grootboek.MDB\\sub"})
-        EXPECT_EQ(fFirstMatch(t.drive(spec)), "") << spec;
+    for (const char* pattern : {"Map\\Sub.dir", "Leeg\\*.*", "Bestaatniet\\*.*", "Namen\\*.mdb",
+                                "Namen\\*.", "Map\\Grootboek.MDB\\*.*", "Map\\Grootboek.MDB\\sub"})
+        EXPECT_EQ(fFirstMatch(t.drive(pattern)), "") << pattern;
     EXPECT_FALSE(fPlainFileExists(t.drive("Map")));
     EXPECT_TRUE(fPlainFileExists(t.drive("Map\\Grootboek.mdb")));
 }
