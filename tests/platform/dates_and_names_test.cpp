@@ -8,21 +8,18 @@
 using namespace nv;
 
 TEST(DateText, TheSettingsDateSurvivesTheRoundTripAndOtherFormsAreRead) {
-    Date d = dateFromCivil({2026, 11, 17});
+    const Date d = dateFromCivil({2026, 11, 17});
     EXPECT_EQ(shortDateText(d), "17-11-2026");
     EXPECT_EQ(isoDateText(d), "2026-11-17");
-    EXPECT_EQ(parseShortDate("17-11-2026"), d);
-    EXPECT_EQ(parseShortDate("17/11/2026"), d);
-    EXPECT_EQ(parseShortDate("2026-11-17"), d);
     EXPECT_EQ(parseShortDate("1-2-2027"), dateFromCivil({2027, 2, 1}));
     EXPECT_EQ(parseShortDate("29-02-2028"), dateFromCivil({2028, 2, 29}));
-    // What other tools and hands leave: the display form, and a moment with its time of day.
-    for (const char* same :
-         {"17-nov-2026", "17-NOV-2026", "17 november 2026", "17-11-2026 14:30",
-          "17-11-2026 14:30:59", "2026-11-17T08:05:00", "17-nov-2026 0:00", " 17-11-2026 "})
-        EXPECT_EQ(parseShortDate(same), d) << same;
     EXPECT_EQ(parseShortDate("05-mrt-2026"), dateFromCivil({2026, 3, 5}));
     EXPECT_EQ(parseShortDate("1-mei-2026"), dateFromCivil({2026, 5, 1}));
+    // What other tools and hands leave: the display form, and a moment with its time of day.
+    for (const char* same : {"17-11-2026", "17/11/2026", "2026-11-17", "17-nov-2026", "17-NOV-2026",
+                             "17 november 2026", "17-11-2026 14:30", "17-11-2026 14:30:59",
+                             "2026-11-17T08:05:00", "17-nov-2026 0:00", " 17-11-2026 "})
+        EXPECT_EQ(parseShortDate(same), d) << same;
     for (const char* bad :
          {"", "gisteren", "31-02-2026", "17-13-2026", "17-11-26", "17-11-2026x", "17-11/2026",
           "2026/11/17", "17-mar-2026", "31-feb-2026", "17-nov-26", "17-11-2026 25:00",

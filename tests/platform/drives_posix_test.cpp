@@ -1,3 +1,6 @@
+// Drive letters on Linux: the memory that keeps a volume's letter across starts and plug orders,
+// the table a start builds from the mounts, paths below a letter, and real sticks on loop
+// devices, mounted under /media as a desktop mounts them (root only; skipped elsewhere).
 #include "platform/FileFailure.h"
 #include "platform/posix/DriveTable.h"
 #include "platform/posix/Mounts.h"
@@ -6,10 +9,10 @@
 #include "support/FailureOf.h"
 #include "support/TempFolder.h"
 
-#include <algorithm>
-#include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <map>
+#include <sstream>
 #include <sys/mount.h>
 #include <unistd.h>
 
@@ -19,73 +22,147 @@ namespace fs = std::filesystem;
 
 namespace {
 
+// The letters a new start of the program on the file gives the volumes present, in their order.
+std::string given(const fs::path& file, const std::vector<std::string>& present, int64_t now,
+                  const std::set<char>& blocked = {'C'}) {
+    const std::vector<char> letters =
+        DriveLetterMemory(file.string()).assign(present, blocked, now);
+    return std::string(letters.begin(), letters.end());
+}
+
+// The table after its first line, which says what the file is.
+std::string rows(const nvtest::TempFolder& temp, const std::string& relative) {
+    const std::string text = temp.read(relative);
+    return text.substr(text.find('\n') + 1);
+}
+
+TEST(DriveLetterMemory, AVolumeKeepsItsLetterAcrossStartsAndPlugOrders) {
+    nvtest::TempFolder temp;
+    const fs::path file = temp.native("state/norvale-backup/drive-letters");
+    const struct {
+        std::vector<std::string> present; // in mount point order
+        std::set<char> blocked;
+        std::string letters;
+    } starts[] = {
+        {{"label:STICKA", "label:STICKB"}, {'C'}, "DE"},
+        // B keeps E:, the newcomer C passes over A's D:.
+        {{"label:STICKB", "label:STICKC"}, {'C'}, "EF"},
+        {{"label:STICKB"}, {'C'}, "E"},
+        {{"label:STICKC", "label:STICKA"}, {'C'}, "FD"},
+        // A letter another drive takes now: B gets a free one for this start alone, and E:
+        // again once it is free.
+        {{"label:STICKB"}, {'C', 'E'}, "G"},
+        {{"label:STICKB", "label:STICKD"}, {'C'}, "EG"},
+        // Two volumes with one uuid (a copied stick): the second gets a letter of its own.
+        {{"uuid:1234-ABCD", "uuid:1234-ABCD"}, {'C'}, "HI"},
+    };
+    int64_t now = 1000;
+    for (const auto& s : starts)
+        EXPECT_EQ(given(file, s.present, ++now, s.blocked), s.letters);
+    // The guest letters were not kept; the file says what a user would read in it.
+    EXPECT_EQ(rows(temp, "state/norvale-backup/drive-letters"),
+              "D 1004 label:STICKA\nE 1006 label:STICKB\nF 1004 label:STICKC\n"
+              "G 1006 label:STICKD\nH 1007 uuid:1234-ABCD\n");
+    EXPECT_EQ(fs::status(file).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+}
+
+TEST(DriveLetterMemory, WhenEveryLetterIsHeldTheVolumeSeenLongestAgoGivesItsLetter) {
+    nvtest::TempFolder temp;
+    const fs::path file = temp.native("letters");
+    // D: to Z: held by 23 volumes; V17 seen longest ago, then V3 and V5 alike.
+    std::vector<std::string> all;
+    std::ofstream out(file);
+    for (int i = 0; i < 23; ++i) {
+        all.push_back("point:/media/v" + std::to_string(i));
+        const int seen = i == 17 ? 10 : (i == 3 || i == 5) ? 20 : 100 + i;
+        out << char('D' + i) << ' ' << seen << ' ' << all.back() << "\n";
+    }
+    out.close();
+    // V17 is plugged in and keeps its letter, so the newcomers take V3's G: and V5's I:; with
+    // every letter then taken by a present volume, a third gets none.
+    EXPECT_EQ(given(file, {all[17], "label:NEW1", "label:NEW2"}, 500), "UGI");
+    all[3] = "label:NEW1";
+    all[5] = "label:NEW2";
+    all.push_back("label:NEW3");
+    EXPECT_EQ(given(file, all, 600), "DEFGHIJKLMNOPQRSTUVWXYZ" + std::string(1, '\0'));
+}
+
+TEST(DriveLetterMemory, ADamagedOrUnreadableFileIsRebuiltNeverAReasonToFail) {
+    nvtest::TempFolder temp;
+    const fs::path file = temp.native("letters");
+    // What could be read stands; the rest is gone from the file.
+    const std::pair<std::string, char> files[] = {
+        {"\x01\x02 niet te lezen\n", 'D'},
+        {"E 5 label:STICKB\nE 6 label:OTHER\nF 7 label:STICKB\nG 8\nQ x label:Q\nB 1 label:B\n",
+         'E'},
+        {"[ 1 label:X\nF 2 uuid:\n", 'D'}, // a letter past Z and an empty key
+    };
+    for (const auto& [text, letter] : files) {
+        std::ofstream(file, std::ios::binary) << text;
+        EXPECT_EQ(given(file, {"label:STICKB"}, 50), std::string(1, letter)) << text;
+        EXPECT_EQ(rows(temp, "letters"), std::string(1, letter) + " 50 label:STICKB\n");
+    }
+    // A folder where the file should be: the letters hold in this process all the same.
+    fs::remove(file);
+    fs::create_directories(file);
+    DriveLetterMemory memory(file.string());
+    EXPECT_EQ(memory.assign({"label:A", "label:B"}, {'C'}, 1), (std::vector<char>{'D', 'E'}));
+    EXPECT_EQ(memory.assign({"label:B"}, {'C'}, 2), std::vector<char>{'E'});
+    // Keys with blanks, line ends and backslashes come back as they went.
+    fs::remove(file);
+    const std::string odd = "point:/media/anna/NO NAME\\2\nx";
+    given(file, {"label:A", odd}, 3);
+    EXPECT_EQ(given(file, {odd}, 4), "E");
+}
+
 std::string mountLine(int id, const std::string& point, const std::string& source,
                       const std::string& type = "ext4", const std::string& root = "/") {
     return std::to_string(id) + " 1 8:" + std::to_string(id) + " " + root + " " + point +
            " rw,relatime shared:1 - " + type + " " + source + " rw\n";
 }
 
-// A table over a mount table of the test's own, as a new start of the program would build it.
-DriveTable::Options startOver(const fs::path& info, const fs::path& state,
-                              const std::string& variable = "") {
+// The letters a new start of the program gives over the mount table, and how it writes paths.
+std::string startOver(const nvtest::TempFolder& temp, const std::string& mounts,
+                      const std::string& variable = "") {
+    std::ofstream(temp.native("mountinfo")) << mounts;
     DriveTable::Options o;
     o.home = "/home/anna";
     o.drivesVariable = variable;
-    o.mountinfoPath = info.string();
-    o.lettersPath = state.string();
+    o.mountinfoPath = temp.native("mountinfo").string();
+    o.lettersPath = temp.native("state").string();
     o.devDisk = "";
-    return o;
-}
-
-std::string lettersOf(DriveTable& table) {
+    DriveTable table(o);
     std::string out;
     for (const DriveInfo& d : table.list())
         out += std::string(1, d.letter) + "=" + d.root + " ";
+    for (const char* path :
+         {"/media/anna/STICK/Backup", "/home/anna/.config", "/home/annabel", "/"})
+        out += table.toDriveForm(path) + " ";
     return out;
 }
 
 TEST(DriveTable, DrivesAreWhatAFileManagerShowsAndKeepTheirLetters) {
     nvtest::TempFolder temp;
-    fs::path info = temp.native("mountinfo");
-    fs::path state = temp.native("state");
-    auto setMounts = [&](const std::string& text) { std::ofstream(info) << text; };
-    const std::string system =
-        mountLine(1, "/", "/dev/vda") +
-        // Pseudo and sandbox mounts, a bind of the root file system, a part of one, overlay.
-        "27 26 0:24 / /mnt/sandboxing/tools ro,nosuid - tmpfs tools ro,size=4k\n" +
-        "28 26 0:25 / /media/anna/RAM rw - tmpfs tmpfs rw\n" +
-        "29 26 8:1 / /media/anna/root rw - ext4 /dev/vda rw\n" +
-        mountLine(30, "/media/anna/part", "/dev/sdd1", "ext4", "/photos") +
-        "31 26 0:26 / /media/anna/merged rw - overlay overlay rw\n" +
-        mountLine(32, "/mnt", "/dev/x");
-    setMounts(system + mountLine(2, "/media/anna/STICK", "/dev/sdb1") +
-              mountLine(3, "/mnt/backup\\040disk", "/dev/sdc1"));
-
-    {
-        DriveTable table(startOver(info, state, "E=/srv/demo-stick;C=/"));
-        // E: is taken by the variable, so the two mounts get D: and F:, in mount point order.
-        EXPECT_EQ(lettersOf(table),
-                  "C=/ D=/media/anna/STICK E=/srv/demo-stick F=/mnt/backup disk H=/home/anna ");
-        EXPECT_EQ(table.toDriveForm("/media/anna/STICK/Backup2026-11-17"), "D:\\Backup2026-11-17");
-        EXPECT_EQ(table.toDriveForm("/home/anna/.config/Norvale"), "H:\\.config\\Norvale");
-        EXPECT_EQ(table.toDriveForm("/home/annabel"), "C:\\home\\annabel");
-        EXPECT_EQ(table.toDriveForm("/opt"), "C:\\opt");
-        EXPECT_EQ(table.toDriveForm("/"), "C:\\");
-    }
-    // A new start without the variable: the disk under /mnt keeps F:, E: is free again, and a
-    // volume never seen before takes the first letter nobody holds.
-    setMounts(system + mountLine(3, "/mnt/backup\\040disk", "/dev/sdc1") +
-              mountLine(6, "/media/anna/NEW", "/dev/sdf1"));
-    DriveTable table(startOver(info, state));
-    EXPECT_EQ(lettersOf(table), "C=/ E=/media/anna/NEW F=/mnt/backup disk H=/home/anna ");
-}
-
-TEST(DriveTable, TheVariableIsReadLeniently) {
-    auto entries = parseDrivesVariable("e=/srv/a;;F:=/tmp/b;G=relative;=/x;H=/home/kees/");
-    ASSERT_EQ(entries.size(), 3u);
-    EXPECT_EQ(entries[0], std::make_pair('E', std::string("/srv/a")));
-    EXPECT_EQ(entries[1], std::make_pair('F', std::string("/tmp/b")));
-    EXPECT_EQ(entries[2].first, 'H');
+    // Pseudo and sandbox mounts, a bind of the root file system, a part of one, overlay.
+    const std::string system = mountLine(1, "/", "/dev/vda") +
+                               "27 26 0:24 / /mnt/sandboxing/tools ro,nosuid - tmpfs tools ro\n" +
+                               "28 26 0:25 / /media/anna/RAM rw - tmpfs tmpfs rw\n" +
+                               "29 26 8:1 / /media/anna/root rw - ext4 /dev/vda rw\n" +
+                               mountLine(30, "/media/anna/part", "/dev/sdd1", "ext4", "/photos") +
+                               "31 26 0:26 / /media/anna/merged rw - overlay overlay rw\n" +
+                               mountLine(32, "/mnt", "/dev/x");
+    const std::string disk = mountLine(3, "/mnt/backup\\040disk", "/dev/sdc1");
+    // E: is taken by the variable (its bad entries left out), so the two mounts get D: and F:,
+    // in mount point order.
+    EXPECT_EQ(startOver(temp, system + mountLine(2, "/media/anna/STICK", "/dev/sdb1") + disk,
+                        "e=/srv/demo-stick/;;G=relative;=/x;C:=/"),
+              "C=/ D=/media/anna/STICK E=/srv/demo-stick F=/mnt/backup disk H=/home/anna "
+              "D:\\Backup H:\\.config C:\\home\\annabel C:\\ ");
+    // Without the variable: the disk under /mnt keeps F:, E: is free again, and a volume never
+    // seen before takes the first letter nobody holds.
+    EXPECT_EQ(startOver(temp, system + disk + mountLine(6, "/media/anna/NEW", "/dev/sdf1")),
+              "C=/ E=/media/anna/NEW F=/mnt/backup disk H=/home/anna "
+              "C:\\media\\anna\\STICK\\Backup H:\\.config C:\\home\\annabel C:\\ ");
 }
 
 TEST(NativePath, FindsComponentsWithoutRegardToCaseAndNeverLeadsOutOfTheDrive) {
@@ -93,38 +170,33 @@ TEST(NativePath, FindsComponentsWithoutRegardToCaseAndNeverLeadsOutOfTheDrive) {
     temp.write("Data/Norvale/NV_Ledger01.mdb", "x");
     DriveTable table(DriveTable::foldersOnly());
     table.setFolder('T', temp.native().string());
-
+    const std::string root = temp.native().string();
     EXPECT_EQ(nativePath(table, "t:\\DATA\\norvale\\nv_ledger01.MDB"),
-              temp.native().string() + "/Data/Norvale/NV_Ledger01.mdb");
+              root + "/Data/Norvale/NV_Ledger01.mdb");
     // Components that are not there keep their letters.
-    EXPECT_EQ(nativePath(table, "T:\\data\\Nieuw\\Map"),
-              temp.native().string() + "/Data/Nieuw/Map");
-    EXPECT_EQ(nativePath(table, "T:"), temp.native().string());
+    EXPECT_EQ(nativePath(table, "T:\\data\\Nieuw\\Map"), root + "/Data/Nieuw/Map");
+    EXPECT_EQ(nativePath(table, "T:"), root);
     EXPECT_EQ(failureOf([&] { nativePath(table, "Q:\\x"); }), kFailDeviceUnavailable);
     EXPECT_EQ(failureOf([&] { nativePath(table, "geen pad"); }), kFailBadFileName);
-
-    // Nothing leads out of the drive: not a ".." the system would read before a NUL, nor dots
-    // written as overlong UTF-8, which upper-case to '.'.
+    // Not a ".." the system would read before a NUL, nor dots written as overlong UTF-8, which
+    // upper-case to '.'.
     EXPECT_EQ(failureOf([&] { nativePath(table, std::string("T:\\..\0a\\x", 9)); }),
               kFailBadFileName);
     const std::string dots = "\xC0\xAE\xC0\xAE";
     for (const std::string& path :
          {"T:\\" + dots + "\\" + dots + "\\x", "T:\\Data\\" + dots + "\\" + dots + "\\x"}) {
         const std::string native = nativePath(table, path);
-        EXPECT_EQ(native.rfind(temp.native().string() + "/", 0), 0u) << native;
-        EXPECT_EQ(native.find("/../"), std::string::npos) << native;
+        EXPECT_TRUE(native.starts_with(root + "/") && native.find("/../") == std::string::npos)
+            << native;
     }
 }
 
-// The same mount point with another file system behind it: root only, skipped elsewhere.
 TEST(MountedStick, AnotherStickInTheSamePlaceIsReadAnew) {
-    if (::geteuid() != 0)
-        GTEST_SKIP() << "needs root to mount";
     nvtest::TempFolder temp;
-    fs::path point = temp.native("stick");
+    const fs::path point = temp.native("stick");
     fs::create_directories(point);
-    if (::mount("nvtest", point.c_str(), "tmpfs", 0, "size=1m") != 0)
-        GTEST_SKIP() << "cannot mount tmpfs here";
+    if (::geteuid() != 0 || ::mount("nvtest", point.c_str(), "tmpfs", 0, "size=1m") != 0)
+        GTEST_SKIP() << "needs root to mount tmpfs";
     DriveTable::Options o = DriveTable::foldersOnly();
     o.mountinfoPath = "/proc/self/mountinfo";
     DriveTable table(o);
@@ -139,6 +211,175 @@ TEST(MountedStick, AnotherStickInTheSamePlaceIsReadAnew) {
     EXPECT_EQ(files.firstMatch("E:\\oud.txt"), "");
     EXPECT_EQ(files.firstMatch("E:\\NIEUW.TXT"), "Nieuw.txt");
     ::umount2(point.c_str(), MNT_DETACH);
+}
+
+bool shell(const std::string& command) {
+    return std::system((command + " >/dev/null 2>&1").c_str()) == 0;
+}
+
+std::string readAll(const char* path) {
+    std::ostringstream all;
+    all << std::ifstream(path).rdbuf();
+    return all.str();
+}
+
+// A labelled stick image (STICKA has uuid aaaaaaaa-...), with the links the device manager gives
+// it under disk/ while it is plugged in.
+struct Stick {
+    Stick(const fs::path& folder, char name, const std::string& type)
+        : image(folder / (std::string(1, name) + ".img")), disk(folder / "disk"),
+          label("STICK" + std::string(1, name)), type(type),
+          uuid(std::string(8, name + 32) + "-0000-4000-8000-00000000000" + char(name + 32)) {
+        // A FAT volume id is 8 hex digits, shown as AAAA-AAAA.
+        const std::string make = type == "vfat"
+                                     ? "mkfs.vfat -n " + label + " -i " + uuid.substr(0, 8)
+                                     : "mkfs.ext4 -q -F -L " + label + " -U " + uuid;
+        made = shell("truncate -s 40M '" + image.string() + "'") &&
+               shell(make + " '" + image.string() + "'");
+    }
+    ~Stick() { unplug(); }
+    std::vector<fs::path> links() const {
+        return {disk / "by-uuid" / uuid, disk / "by-label" / label};
+    }
+    bool plugIn(const fs::path& at) {
+        fs::create_directories(at);
+        if (!shell("mount -t " + type + " -o loop '" + image.string() + "' '" + at.string() + "'"))
+            return false;
+        point = at;
+        const auto mounts = parseMountinfo(readAll("/proc/self/mountinfo"));
+        for (const fs::path& link : links()) {
+            fs::create_directories(link.parent_path());
+            fs::create_symlink(mountHolding(mounts, at)->source, link);
+        }
+        return true;
+    }
+    void unplug() {
+        if (point.empty())
+            return;
+        for (const fs::path& link : links())
+            fs::remove(link);
+        ::umount2(point.c_str(), 0);
+        fs::remove(point);
+        point.clear();
+    }
+
+    fs::path image, disk, point;
+    std::string label, type, uuid;
+    bool made = false;
+};
+
+class RealSticks : public ::testing::Test {
+protected:
+    void SetUp() override {
+        const std::string kernel = readAll("/proc/filesystems");
+        auto has = [&](const std::string& type) {
+            return shell("command -v mkfs." + type) &&
+                   kernel.find("\t" + type + "\n") != kernel.npos;
+        };
+        if (::geteuid() != 0 || !has("ext4"))
+            GTEST_SKIP() << "needs root, mkfs.ext4 and ext4 in the kernel";
+        for (char name : {'A', 'B', 'C'}) {
+            sticks.push_back(std::make_unique<Stick>(temp.native(), name,
+                                                     name == 'B' && has("vfat") ? "vfat" : "ext4"));
+            if (!sticks.back()->made)
+                GTEST_SKIP() << "cannot make a stick image here";
+        }
+        if (!plug('A'))
+            GTEST_SKIP() << "cannot mount a loop device here";
+        stick('A').unplug();
+    }
+    void TearDown() override {
+        sticks.clear();
+        std::error_code ec;
+        fs::remove_all(media, ec);
+    }
+
+    Stick& stick(char name) { return *sticks[static_cast<std::size_t>(name - 'A')]; }
+    bool plug(char name) { return stick(name).plugIn(media / ("STICK" + std::string(1, name))); }
+    std::unique_ptr<DriveTable> start(const std::string& variable = "") {
+        DriveTable::Options o;
+        o.drivesVariable = variable;
+        o.lettersPath = temp.native("state/norvale-backup/drive-letters").string();
+        o.devDisk = temp.native("disk").string();
+        return std::make_unique<DriveTable>(o);
+    }
+    // The drive a table lists with this letter or at this root; letter 0 when none.
+    static DriveInfo listed(DriveTable& table, char letter, const fs::path& root = "") {
+        for (const DriveInfo& d : table.list())
+            if (d.letter == letter || d.root == root)
+                return d;
+        return DriveInfo{0, "", "", false};
+    }
+
+    nvtest::TempFolder temp;
+    const fs::path media = "/media/nvtest" + std::to_string(::getpid());
+    std::vector<std::unique_ptr<Stick>> sticks;
+};
+
+// The user picks B's letter as target at the first start. Each row is a new start, or a plug
+// while the program runs: every stick keeps its first letter, with its label, and the target
+// reaches B or nothing at all.
+TEST_F(RealSticks, EveryStickKeepsItsLetterAndTheTargetReachesOnlyItsOwn) {
+    const std::pair<bool, std::string> steps[] = {
+        {true, "AB"}, {true, "BC"}, {true, "C"}, {false, "AC"}, {false, "ABC"}};
+    std::unique_ptr<DriveTable> table;
+    std::map<char, char> letters; // stick → the letter it got first
+    for (const auto& [newStart, plugged] : steps) {
+        SCOPED_TRACE(plugged);
+        for (char name : {'A', 'B', 'C'}) {
+            const bool wanted = plugged.find(name) != std::string::npos;
+            if (!wanted)
+                stick(name).unplug();
+            ASSERT_TRUE(!wanted || !stick(name).point.empty() || plug(name));
+        }
+        if (newStart) {
+            table.reset();
+            table = start();
+        }
+        std::set<char> seen;
+        for (char name : plugged) {
+            const DriveInfo d = listed(*table, 0, stick(name).point);
+            EXPECT_EQ(d.label, "STICK" + std::string(1, name));
+            EXPECT_EQ(letters.try_emplace(name, d.letter).first->second, d.letter) << name;
+            EXPECT_TRUE(d.letter != 0 && seen.insert(d.letter).second)
+                << name << " shares a letter";
+        }
+        const char target = letters.at('B');
+        const bool there = plugged.find('B') != std::string::npos;
+        EXPECT_EQ(table->ready(target), there);
+        PosixFileSystem files(*table);
+        EXPECT_EQ(failureOf([&] { files.writeFile(std::string(1, target) + ":\\NV.ini", "x"); }),
+                  there ? 0 : kFailDeviceUnavailable);
+        for (char name : plugged)
+            EXPECT_EQ(fs::exists(stick(name).point / "NV.ini"), name == 'B') << name;
+    }
+}
+
+// A stick given with NVBACKUP_DRIVES and then unmounted leaves its empty mount point: that is
+// not the drive, and another stick mounted there is not either.
+TEST_F(RealSticks, AGivenStickIsConnectedOnlyWhileItIsMountedWhereItWas) {
+    ASSERT_TRUE(plug('B'));
+    const fs::path point = stick('B').point;
+    auto table = start("E=" + point.string() + ";F=" + temp.native().string());
+    PosixFileSystem files(*table);
+    for (const char mounted : {'B', ' ', 'C', 'B'}) {
+        SCOPED_TRACE(mounted);
+        for (char name : {'B', 'C'})
+            stick(name).unplug();
+        fs::create_directories(point); // the empty folder a forced removal leaves
+        ASSERT_TRUE(mounted == ' ' || stick(mounted).plugIn(point));
+        const bool ready = mounted == 'B';
+        EXPECT_EQ(table->ready('E'), ready);
+        EXPECT_EQ(failureOf([&] { files.makeFolder("E:\\Backup2026-11-17"); }),
+                  ready ? 0 : kFailDeviceUnavailable);
+        EXPECT_EQ(fs::exists(point / "Backup2026-11-17"), ready);
+        fs::remove(point / "Backup2026-11-17");
+        // The list still names the letter, with the label while the stick is there; a plain
+        // folder given the same way is there all along.
+        EXPECT_EQ(listed(*table, 'E').label, ready ? "STICKB" : "");
+        EXPECT_EQ(listed(*table, 'E').letter, 'E');
+        EXPECT_TRUE(table->ready('F'));
+    }
 }
 
 } // namespace

