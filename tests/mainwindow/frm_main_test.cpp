@@ -88,7 +88,7 @@ TEST_F(MainWindow, AnyOtherFailureOfTheLoadIsToldByItsNumber) {
         std::vector<std::string> listFolders(const std::string& folder) override {
             if (folder.starts_with("E:"))
                 throw fileFailure(kFailDeviceIo);
-            return NativeFiles::listFolders(folder);
+            return nvtest::NativeFiles::listFolders(folder);
         }
     } files;
     ScopedPlatformPart<FileSystem> part(&Platform::files, &files);
@@ -117,24 +117,6 @@ TEST_F(MainWindow, ATargetDriveAbsentAtStartIsWatchedUntilItComes) {
     EXPECT_EQ(w->buttonState(), "11110111");
     EXPECT_EQ(basic("DriveTarget"), "Q:");
     EXPECT_FALSE(w->Cmd_Backup.visible());
-}
-
-// No target at all (DriveTarget= in a hand-edited file), then a card reader without its card:
-// refused, the dots run on that text, and "Ververs" says nothing until the card is in.
-TEST_F(MainWindow, NoTargetDriveAndAReaderWithoutItsCard) {
-    nvtest::FolderDrive reader{'F', machine.temp.native("Reader")};
-    load("");
-    EXPECT_EQ(w->buttonState(), "00001000");
-    ASSERT_TRUE(w->TargetDrive.choose("F:") && w->CmdVervers.click());
-    tickDots("Station niet aangesloten of er zit geen kaart of data stick in. Sluit het station "
-             "aan en druk op 'Ververs'\r\n",
-             {"", " ."});
-    EXPECT_EQ(basic("DriveTarget"), "?");
-    fs::create_directories(machine.temp.native("Reader"));
-    ASSERT_TRUE(w->CmdVervers.click());
-    EXPECT_FALSE(w->LblStation.visible());
-    EXPECT_EQ(w->buttonState(), "11110111");
-    EXPECT_EQ(basic("DriveTarget"), "F:");
 }
 
 // A row goes only when chosen and confirmed, Ctrl+A alone selects all, and every change goes

@@ -83,13 +83,10 @@ void FakeWindow::showModal() {
 namespace {
 
 // Hands the core a window that the fake set keeps after the core lets go of it.
-template <typename Form> class Borrowed : public nv::FormFace<Form> {
-public:
-    explicit Borrowed(nv::FormFace<Form>& kept) : kept_(kept) {}
-    Form& form() override { return kept_.form(); }
-
-private:
-    nv::FormFace<Form>& kept_;
+template <typename Form> struct Borrowed : nv::FormFace<Form> {
+    explicit Borrowed(nv::FormFace<Form>& kept) : kept(kept) {}
+    Form& form() override { return kept.form(); }
+    nv::FormFace<Form>& kept;
 };
 
 } // namespace

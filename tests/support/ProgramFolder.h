@@ -3,14 +3,9 @@
 #include "startup/AppSettings.h"
 #include "support/TestMachine.h"
 
+#include <filesystem>
 #include <string>
 #include <vector>
-
-#ifdef _WIN32
-#include <windows.h>
-#else
-#include "platform/posix/DriveTable.h"
-#endif
 
 namespace nvtest {
 
@@ -32,29 +27,18 @@ inline void useProgramFolder(TestMachine& machine, const std::string& drive,
     s.AantalFiles = static_cast<int16_t>(files.size());
 }
 
-// A folder of the test machine standing as a drive letter for as long as this lives: an entry
-// of the drive table on Linux, a substituted drive on Windows.
+// A folder of the test machine standing as a drive letter for as long as this lives (see
+// setFolderDrive).
 class FolderDrive {
 public:
     FolderDrive(char letter, const std::filesystem::path& root) : letter_(letter) {
-#ifdef _WIN32
-        DefineDosDeviceA(0, device().c_str(), root.string().c_str());
-#else
-        nv::driveTableOf(nv::nativePlatform()).setFolder(letter, root.string());
-#endif
+        setFolderDrive(letter, root);
     }
-    ~FolderDrive() {
-#ifdef _WIN32
-        DefineDosDeviceA(DDD_REMOVE_DEFINITION, device().c_str(), nullptr);
-#else
-        nv::driveTableOf(nv::nativePlatform()).remove(letter_);
-#endif
-    }
+    ~FolderDrive() { setFolderDrive(letter_, {}); }
     FolderDrive(const FolderDrive&) = delete;
     FolderDrive& operator=(const FolderDrive&) = delete;
 
 private:
-    std::string device() const { return std::string(1, letter_) + ":"; }
     char letter_;
 };
 

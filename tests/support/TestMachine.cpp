@@ -4,11 +4,17 @@
 #include "platform/DriveFormConversion.h"
 #include "startup/AppSettings.h"
 
+#include <cctype>
+#include <cstring>
 #include <fstream>
 #include <iterator>
+#include <vector>
 
 #ifdef _WIN32
 #include <windows.h>
+#include <winioctl.h>
+#else
+#include "platform/posix/DriveTable.h"
 #endif
 
 namespace nvtest {
@@ -60,6 +66,64 @@ bool runningUnderWine() {
     return ntdll && GetProcAddress(ntdll, "wine_get_version") != nullptr;
 #else
     return false;
+#endif
+}
+
+#ifdef _WIN32
+namespace {
+
+// Wine's own request to its mount manager to give a drive letter to a Unix folder; a drive
+// substituted the Windows way lists under Wine but reaches no file.
+struct WineUnixDrive {
+    ULONG size, type, fsType;
+    DWORD serial;
+    ULONGLONG unixDevice;
+    WCHAR letter;
+    USHORT mountPointOffset, deviceOffset, labelOffset;
+};
+
+void setWineDrive(char letter, const std::filesystem::path& root) {
+    using UnixName = char*(CDECL*)(const wchar_t*);
+    const auto unixName = reinterpret_cast<UnixName>(reinterpret_cast<void (*)()>(
+        GetProcAddress(GetModuleHandleA("kernel32.dll"), "wine_get_unix_file_name")));
+    char* unixPath = root.empty() ? nullptr : unixName(root.wstring().c_str());
+    std::vector<char> request(sizeof(WineUnixDrive) + (unixPath ? strlen(unixPath) + 1 : 0));
+    auto* drive = reinterpret_cast<WineUnixDrive*>(request.data());
+    drive->size = static_cast<ULONG>(request.size());
+    drive->type = unixPath ? DRIVE_FIXED : DRIVE_NO_ROOT_DIR;
+    drive->letter = static_cast<WCHAR>(tolower(letter));
+    if (unixPath) {
+        drive->mountPointOffset = sizeof(WineUnixDrive);
+        strcpy(request.data() + sizeof(WineUnixDrive), unixPath);
+        HeapFree(GetProcessHeap(), 0, unixPath);
+    }
+    HANDLE manager =
+        CreateFileW(L"\\\\.\\MountPointManager", GENERIC_READ | GENERIC_WRITE,
+                    FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0, nullptr);
+    const DWORD defineUnixDrive =
+        CTL_CODE(0x6d, 32, METHOD_BUFFERED, FILE_READ_ACCESS | FILE_WRITE_ACCESS);
+    DeviceIoControl(manager, defineUnixDrive, request.data(), static_cast<DWORD>(request.size()),
+                    nullptr, 0, nullptr, nullptr);
+    CloseHandle(manager);
+}
+
+} // namespace
+#endif
+
+void setFolderDrive(char letter, const std::filesystem::path& root) {
+#ifdef _WIN32
+    if (runningUnderWine())
+        setWineDrive(letter, root);
+    else if (root.empty())
+        DefineDosDeviceA(DDD_REMOVE_DEFINITION, (std::string(1, letter) + ":").c_str(), nullptr);
+    else
+        DefineDosDeviceA(0, (std::string(1, letter) + ":").c_str(), root.string().c_str());
+#else
+    nv::DriveTable& table = nv::driveTableOf(nv::nativePlatform());
+    if (root.empty())
+        table.remove(letter);
+    else
+        table.setFolder(letter, root.string());
 #endif
 }
 

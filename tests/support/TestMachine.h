@@ -4,6 +4,7 @@
 #include "support/TempFolder.h"
 
 #include <deque>
+#include <filesystem>
 #include <functional>
 #include <map>
 #include <string>
@@ -112,6 +113,11 @@ private:
 
 // The file text with CR LF line ends, from lines given with \n.
 std::string crlf(const std::string& lines);
+
+// Gives a drive letter to a folder, or takes it away when root is empty: an entry of the drive
+// table on Linux, a substituted drive on Windows. A letter on Windows is the whole session's, so
+// tests that give one do not run side by side there.
+void setFolderDrive(char letter, const std::filesystem::path& root);
 
 // Wine's profile services rewrite the whole file on every store: blank lines go, blanks around
 // keys and values go, and a value's leading blanks go. The home platform keeps lines it does
