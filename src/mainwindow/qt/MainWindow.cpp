@@ -108,6 +108,7 @@ FrmMain::Controls MainWindow::layOut() {
     auto* canvas = new QWidget(central);
     canvas->setObjectName("FrmMainCanvas");
     column->addWidget(canvas, 1);
+    // The wizard's panel stands at the window's foot, under the canvas, when the wizard runs.
     auto* picRestore = named(new QWidget(central), "PicRestore", "Terugzetten stap voor stap");
     picRestore->setFixedHeight(twips(2775));
     picRestore->hide();
