@@ -41,11 +41,7 @@ int main(int argc, char** argv) {
     nv::ScopedPlatform installed(machine);
 
     nv::QtHelpViewer viewer;
-    // Until the start has named the help file, as in its first boxes, F1 has nothing to open.
-    nv::HelpKey help([&viewer] {
-        if (!nv::App.HelpFile.empty())
-            nv::subOpenHelp(viewer);
-    });
+    nv::HelpKey help([&viewer] { nv::subOpenHelp(viewer); });
     app.installEventFilter(&help);
 
     // Before anything is read or moved: a second program on the same settings would undo the

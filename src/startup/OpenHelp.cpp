@@ -10,6 +10,9 @@ namespace nv {
 
 void subOpenHelp(HelpViewer& viewer) {
     const std::string& helpFile = App.HelpFile;
+    // Until the start has named the help file, as in its first boxes, F1 has nothing to open.
+    if (helpFile.empty())
+        return;
     std::string native;
     try {
         if (fPlainFileExists(helpFile))
