@@ -112,6 +112,7 @@ TEST_F(Journey, BackupsAPulledStickAndARestoreAfterABadDay) {
     ASSERT_TRUE(w->Cmd_Backup.click());
     ASSERT_GE(machine.boxes.shown.size(), 2u);
     EXPECT_EQ(machine.boxes.shown[1].text.substr(0, 3), "68 ");
+    EXPECT_EQ(namesIn("stick"), Names{"Backup2026-11-16"});
     titles();
     // Back in, with a folder another machine put there: the panel shows it without a click. A
     // second backup that day asks first and takes the next name.
@@ -152,6 +153,7 @@ TEST_F(Journey, BackupsAPulledStickAndARestoreAfterABadDay) {
     quit();
 
     // Wednesday the ledger is gone: asked, the program opens in the wizard alone.
+    machine.clock.date += 1;
     fs::remove(machine.temp.native("Norvale/NV_Ledger01.mdb"));
     machine.boxes.answer(Answer::Yes);
     w = &start();
