@@ -16,19 +16,17 @@ namespace {
 
 // An install below /opt is the program files case, with the machine's own special folders.
 TEST(ProgramFilesOnLinux, AnInstallUnderOptWorksInTheXdgFolders) {
-    fs::path install = "/opt/nvtest-" + std::to_string(::getpid()) + "/Norvale";
+    const fs::path install = "/opt/nvtest-" + std::to_string(::getpid()) + "/Norvale";
     std::error_code ec;
     fs::create_directories(install, ec);
     if (ec || ::access(install.c_str(), W_OK) != 0)
         GTEST_SKIP() << "/opt cannot be written here";
     nvtest::TestMachine machine;
     ScopedPlatformPart<SpecialFolders> folders(&Platform::folders, nativePlatform().folders);
-    const std::string config = machine.temp.native("config").string();
-    const std::string data = machine.temp.native("data").string();
+    const fs::path config = machine.temp.native("config"), data = machine.temp.native("data");
     ::setenv("XDG_CONFIG_HOME", config.c_str(), 1);
     ::setenv("XDG_DATA_HOME", data.c_str(), 1);
-
-    fs::path store = fs::path(data) / "VirtualStore" / install.relative_path();
+    const fs::path store = data / "VirtualStore" / install.relative_path();
     fs::create_directories(store);
     for (int row : {0, 1, 3})
         std::ofstream(install / fKnownFileName(row)) << "db";
@@ -36,14 +34,11 @@ TEST(ProgramFilesOnLinux, AnInstallUnderOptWorksInTheXdgFolders) {
 
     std::string path = driveFormOf(install.string());
     uint8_t status = 9;
-    std::string production = fFindAppDir(path, status);
-
-    EXPECT_EQ(production, driveFormOf(config + "/Norvale") + "\\");
-    for (const char* name : {"NV_Ledger01.mdb", "NVbackuptool.ini", "NV.ini"})
-        EXPECT_TRUE(fs::exists(fs::path(config) / "Norvale" / name)) << name;
-    EXPECT_FALSE(fs::exists(store / "NV.ini"));
+    EXPECT_EQ(fFindAppDir(path, status), driveFormOf((config / "Norvale").string()) + "\\");
     EXPECT_EQ(status, 2);
-
+    for (const char* name : {"NV_Ledger01.mdb", "NVbackuptool.ini", "NV.ini"})
+        EXPECT_TRUE(fs::exists(config / "Norvale" / name)) << name;
+    EXPECT_FALSE(fs::exists(store / "NV.ini"));
     ::unsetenv("XDG_CONFIG_HOME");
     ::unsetenv("XDG_DATA_HOME");
     fs::remove_all(install.parent_path(), ec);
