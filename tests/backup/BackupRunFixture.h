@@ -5,6 +5,7 @@
 #include "platform/FailureText.h"
 #include "startup/AppSettings.h"
 #include "support/FaultyMedium.h"
+#include "support/RestoreRows.h"
 #include "support/TestMachine.h"
 #include "support/TestStick.h"
 
@@ -17,6 +18,7 @@ namespace nvtest {
 using Log = std::vector<std::string>;
 
 inline const std::string kToday = "Backup2026-11-17";
+inline const std::string kRestored = "Het terugzetten van de bestanden is gereed. \r\n";
 inline const std::string kProtectedText =
     "De backup schijf kan niet worden geopend, het kan zijn dat deze op 'write protection' staat, "
     "dit is vaak een schakelaartje. Pas dit aan of gebruik een ander backup medium";
@@ -50,8 +52,8 @@ public:
     std::optional<nv::FileFailure> refreshFailure;
 };
 
-// A backup run of rows below bron/ onto the stick, with the settings file in prog/; the last
-// backup was on 01-11-2026, and today is 17-11-2026. Every box is noted in the windows' log.
+// Backups of rows below bron/ onto the stick, with the settings file in prog/, and restores from
+// it; the last backup was on 01-11-2026. Every box is noted in the windows' log.
 class BackupRunFixture : public ::testing::Test {
 protected:
     BackupRunFixture() {
@@ -87,7 +89,14 @@ protected:
         boxes.shown.clear();
         run();
     }
-
+    // Restores these files (or the rows selected before) from a folder on the stick.
+    std::string restore(const std::string& from, std::vector<std::string> files = {}) {
+        for (std::string& file : files)
+            file = machine.temp.drive(file);
+        if (!files.empty())
+            rows.select(files);
+        return nv::fRestoreSelectedRows(rows, folder(from), intLoop);
+    }
     // Every entry of a folder on the stick, hidden ones too, sorted; folders end in '/'.
     Log entries(const std::string& relative = "") const {
         Log names;
@@ -108,8 +117,7 @@ protected:
         return stick.drive() + "\\" + name;
     }
     std::string settingsFile() const { return machine.temp.read("prog/NVbackuptool.ini"); }
-    // A failed run shows its box while the progress window is up, closes it, and leaves the date
-    // of the last backup alone and in today's folder only whole copies of the sources left.
+    // A failed run boxes with its window up, keeps the old date and leaves only whole copies.
     void expectFailed(const std::string& title, const Log& left) {
         ASSERT_GE(windows.log.size(), 4u);
         EXPECT_EQ(Log(windows.log.end() - 4, windows.log.end()),
@@ -132,6 +140,7 @@ protected:
     nv::ScopedPlatformPart<nv::FileSystem> useFiles_{&nv::Platform::files, &files};
     int16_t intLoop = 0;
     std::string strBackupFolder;
+    RestoreRows rows;
 };
 
 } // namespace nvtest

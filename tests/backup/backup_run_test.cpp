@@ -1,5 +1,4 @@
 #include "backup/BackupRunFixture.h"
-#include "backup/LeftoverSweep.h"
 #include "platform/DriveFormConversion.h"
 #include "support/ExpectBox.h"
 #include "support/Noise.h"
@@ -14,25 +13,24 @@ namespace fs = std::filesystem;
 namespace {
 
 const std::string kMade = "Bestanden succesvol gekopieerd naar ";
-const std::string kWriteTitle = "Fout bij schrijven naar backup schijf";
 const std::string kSettingsAfter = crlf("[Basic settings]\nLastBackup=17-11-2026\n");
 
 using BackupRun = BackupRunFixture;
 
-// Mirrored, subfolders keep the letters of the row and names those on disk; folders of one name
-// in other letters meet in one subfolder.
+// Mirrored subfolders keep the row's letters, names those on disk; leftovers go from backup
+// folders.
 TEST_F(BackupRun, TheMainPathCopiesEveryRowAndTellsTheUserEachStep) {
     const std::string ledger = noise(300'000, 7);
-    const Log sources{source("Data/Norvale/NV_Ledger01.mdb", ledger), AppSettings.strIniFile,
-                      source("Documenten\\Offertes\\Brief één.doc", "brief"),
-                      source("Oud\\norvale\\NV_stock.NVD", "")};
     const auto stamp = fs::file_time_type::clock::now() - std::chrono::hours(24 * 30);
-    for (const std::string& file : sources)
-        fs::last_write_time(fromUtf8(nativeFormOf(file)), stamp);
-    list({machine.temp.drive("BRON\\data\\NORVALE\\nv_ledger01.MDB"), sources[1], sources[2],
-          sources[3]});
+    fs::last_write_time(nativeFormOf(source("Data/Norvale/NV_Ledger01.mdb", ledger)), stamp);
+    list({machine.temp.drive("BRON\\data\\NORVALE\\nv_ledger01.MDB"), AppSettings.strIniFile,
+          source("Documenten\\Offertes\\Brief één.doc", "brief"),
+          source("Oud\\norvale\\NV_stock.NVD", "")});
     AppSettings.Directory = 1;
-    machine.temp.leaveCopyLeftover("stick/" + kToday + "/NORVALE/NV_stock.NVD");
+    machine.temp.write("stick/Backup2026-11-01/NV_stock.NVD", "eerder");
+    for (const char* where : {"Backup2026-11-01", "Backup2026-11-10(2)/Norvale", "backup2026-11-12",
+                              "Anders", "Backup2026-11-17/NORVALE"})
+        machine.temp.leaveCopyLeftover("stick/" + std::string(where) + "/NV_stock.NVD");
     std::string settingsAtLastBox;
     std::set<std::string> flushedAtLastBox;
     atBox = [&](const MessageBoxRequest&) {
@@ -41,7 +39,7 @@ TEST_F(BackupRun, TheMainPathCopiesEveryRowAndTellsTheUserEachStep) {
     };
     run();
 
-    // The settings file goes into the backup as it was before this run; every copy keeps its time.
+    // The settings file goes into the backup as it was before this run.
     const std::pair<std::string, std::string> copied[] = {
         {"NORVALE/NV_Ledger01.mdb", ledger},
         {"prog/NVbackuptool.ini", kSettingsBefore},
@@ -53,8 +51,6 @@ TEST_F(BackupRun, TheMainPathCopiesEveryRowAndTellsTheUserEachStep) {
         expected.insert(expected.end(),
                         {"value " + std::to_string(row++), "status " + status, "text " + status});
         EXPECT_EQ(onStick(kToday + "/" + copy), bytes) << copy;
-        EXPECT_LT(std::chrono::abs(fs::last_write_time(stick.native(kToday + "/" + copy)) - stamp),
-                  std::chrono::seconds(2));
     }
     expected.insert(expected.end(),
                     {"close", "box Back Up", "RefreshStatus", "refreshTargetDirectories"});
@@ -62,9 +58,14 @@ TEST_F(BackupRun, TheMainPathCopiesEveryRowAndTellsTheUserEachStep) {
     expectBox(boxes.shown.at(0), "Backup maken", "Backup maken naar map: \r\n\r\n" + folder(),
               Buttons::OKCancel, Icon::Question);
     expectBox(boxes.shown.at(1), "Back Up", kMade + folder(), Buttons::OK, Icon::Information);
-    EXPECT_EQ(entries(), Log{kToday + "/"});
     EXPECT_EQ(entries(kToday), (Log{"NORVALE/", "Offertes/", "prog/"}));
     EXPECT_EQ(entries(kToday + "/NORVALE"), (Log{"NV_Ledger01.mdb", "NV_stock.NVD"}));
+    EXPECT_LT(std::chrono::abs(
+                  fs::last_write_time(stick.native(kToday + "/NORVALE/NV_Ledger01.mdb")) - stamp),
+              std::chrono::seconds(2));
+    EXPECT_EQ(machine.temp.copyLeftovers("stick"), 1u);
+    EXPECT_EQ(machine.temp.copyLeftovers("stick/Anders"), 1u);
+    EXPECT_EQ(machine.temp.read("stick/Backup2026-11-01/NV_stock.NVD"), "eerder");
     EXPECT_EQ(strBackupFolder, folder());
     EXPECT_EQ(AppSettings.LastBackup, machine.clock.date);
     // The new date and every folder written are on disk before the last box.
@@ -79,15 +80,12 @@ TEST_F(BackupRun, TheMainPathCopiesEveryRowAndTellsTheUserEachStep) {
               (Log{"Brief één.doc", "NV_Ledger01.mdb", "NV_stock.NVD", "NVbackuptool.ini"}));
 }
 
-// A backup never replaces what an earlier run wrote: a file at any depth makes today's folder
-// taken (a mirrored backup keeps its files in subfolders); folders, hidden files and leftovers
-// do not, and the copy refused by a folder in its place (75) passes in silence.
+// A file at any depth makes today's folder taken; folders, hidden files and leftovers do not.
 TEST_F(BackupRun, ATakenFolderOfTodayIsAskedAboutAndTheRunTakesTheFirstFreeNumber) {
     list({source("NV.ini", "nieuw"), source("NV_stock.NVD", "y")});
     boxes.answer(Answer::Cancel);
     run();
     EXPECT_EQ(windows.log, (Log{"box Backup maken", "RefreshStatus", "refreshTargetDirectories"}));
-    EXPECT_TRUE(entries().empty());
 
     const std::string earlier = "stick/" + kToday + "/Norvale/Oud/NV.ini";
     const std::string second = "stick/" + kToday + "(2)/";
@@ -99,13 +97,11 @@ TEST_F(BackupRun, ATakenFolderOfTodayIsAskedAboutAndTheRunTakesTheFirstFreeNumbe
         run();
         return boxes.shown.back().text;
     };
-    again(Answer::No);
+    again(Answer::No); // the last box: nothing more is done
     expectBox(boxes.shown.back(), "Backup maken",
               "Directory bestaat al, u heeft vandaag al een backup aangemaakt\r\nWilt u toch een "
               "backup aanmaken?",
               Buttons::YesNo, Icon::Exclamation, DefaultButton::Second);
-    EXPECT_EQ(windows.copies, 0);
-    EXPECT_EQ(settingsFile(), kSettingsBefore);
 
     machine.temp.leaveCopyLeftover(second + "NV.ini");
     machine.temp.write(second + "Leeg/.verborgen", "");
@@ -114,29 +110,17 @@ TEST_F(BackupRun, ATakenFolderOfTodayIsAskedAboutAndTheRunTakesTheFirstFreeNumbe
     EXPECT_EQ(again(Answer::Yes), kMade + folder(kToday + "(2)"));
     EXPECT_EQ(entries(kToday + "(2)"), (Log{"Leeg/", "NV.ini/", "NV_stock.NVD"}));
     EXPECT_EQ(again(Answer::Yes), kMade + folder(kToday + "(3)"));
-    // The question names the plain folder; the suffix never piles up.
     EXPECT_EQ(boxes.shown[0].text, "Backup maken naar map: \r\n\r\n" + folder());
     EXPECT_EQ(onStick(kToday + "(3)/NV.ini"), "nieuw");
 
-    // Answered after midnight: the folder is still of the day the run began, the date the new one.
-    fs::remove_all(stick.native(kToday + "(2)"));
-    atBox = [&](const MessageBoxRequest& box) {
-        if (box.buttons == Buttons::YesNo)
-            ++machine.clock.date;
-    };
-    EXPECT_EQ(again(Answer::Yes), kMade + folder(kToday + "(2)"));
-    EXPECT_EQ(settingsFile(), crlf("[Basic settings]\nLastBackup=18-11-2026\n"));
     EXPECT_EQ(machine.temp.read(earlier), "eerder");
 }
 
-// Rows that cannot be copied are told one by one, each box after the copies before it are in
-// place, and the rest goes on. Blank rows name no file: a count far above the keys leaves them by
-// the thousand, and they pass without a word.
+// Each box comes after the copies before it are in place; blank rows, by the thousand, pass unsaid.
 TEST_F(BackupRun, RowsThatCannotBeCopiedAreToldOneByOneAndTheRestGoesOn) {
-    const std::string first = source("a\\NV.ini", "a"), hidden = source(".verborgen.mdb", "x");
-    machine.temp.hide("bron/.verborgen.mdb");
+    const std::string first = source("a\\NV.ini", "a");
     const std::string missing = machine.temp.drive("bron\\Weg\\NV_Ledger01.mdb");
-    Log rows{first, source("b\\nv.INI", "b"), source("c.ini", "c"), missing, "", hidden, first};
+    Log rows{first, source("b\\nv.INI", "b"), source("c.ini", "c"), missing, "", first};
     rows.resize(3000, " ");
     list(rows);
     std::vector<Log> onStickAtBox;
@@ -146,25 +130,22 @@ TEST_F(BackupRun, RowsThatCannotBeCopiedAreToldOneByOneAndTheRestGoesOn) {
     const std::string duplicate =
         " bestaat al in de backup directory. U kunt niet twee dezelfde bestanden in dezelfde "
         "backup directory zetten. \r\n\r\nInformeer over de mogelijkheden bij uw leverancier";
-    auto notFound = [](const std::string& row) {
-        return "Het bestand '" + row +
-               " kan niet gevonden worden op deze lokatie\r\n\r\nControleer, nadat het backup "
-               "programma klaar is, waar het bestand staat of verwijder deze uit de lijst";
-    };
-    ASSERT_EQ(boxes.shown.size(), 6u);
+    ASSERT_EQ(boxes.shown.size(), 5u);
     expectBox(boxes.shown[1], "Bestand wordt niet gekopieerd", "Het bestand nv.INI" + duplicate,
               Buttons::OK, Icon::Critical);
-    expectBox(boxes.shown[2], "Kan bestand niet vinden", notFound(missing), Buttons::OK,
-              Icon::Exclamation);
-    EXPECT_EQ(boxes.shown[3].text, notFound(hidden));
-    EXPECT_EQ(boxes.shown[4].text, "Het bestand NV.ini" + duplicate);
-    expectBox(boxes.shown[5], "Back Up met fout(en)",
+    expectBox(boxes.shown[2], "Kan bestand niet vinden",
+              "Het bestand '" + missing +
+                  " kan niet gevonden worden op deze lokatie\r\n\r\nControleer, nadat het backup "
+                  "programma klaar is, waar het bestand staat of verwijder deze uit de lijst",
+              Buttons::OK, Icon::Exclamation);
+    EXPECT_EQ(boxes.shown[3].text, "Het bestand NV.ini" + duplicate);
+    expectBox(boxes.shown[4], "Back Up met fout(en)",
               "Bestanden gekopieerd naar " + folder() +
                   "\r\n\r\nNiet alle bestanden in de lijst zijn echter gekopieerd door de "
                   "mededelingen die u op het scherm kreeg!",
               Buttons::OK, Icon::Exclamation);
     const Log both{"NV.ini", "c.ini"};
-    EXPECT_EQ(onStickAtBox, (std::vector<Log>{{}, {"NV.ini"}, both, both, both, both}));
+    EXPECT_EQ(onStickAtBox, (std::vector<Log>{{}, {"NV.ini"}, both, both, both}));
     EXPECT_EQ(onStick(kToday + "/NV.ini"), "a");
     EXPECT_EQ(settingsFile(), kSettingsAfter);
 
@@ -173,37 +154,12 @@ TEST_F(BackupRun, RowsThatCannotBeCopiedAreToldOneByOneAndTheRestGoesOn) {
     EXPECT_EQ(boxes.shown.back().text, kMade + folder());
 }
 
-// Leftovers of interrupted copies go at the next run: in its own folder first, then in the
-// newest older backup folders as far as its time allows; those of other folders stay.
-TEST_F(BackupRun, ARunClearsWhatInterruptedCopiesLeftInEveryBackupFolder) {
-    const Log older{"Backup2026-11-01", "Backup2026-11-10(2)/Norvale", "backup2026-11-12"};
-    auto leave = [&] {
-        for (const std::string& where : older)
-            machine.temp.leaveCopyLeftover("stick/" + where + "/NV.ini");
-    };
-    leave();
-    machine.temp.write("stick/Backup2026-11-01/NV.ini", "eerder");
-    machine.temp.leaveCopyLeftover("stick/Anders/NV.ini");
-    list({source("NV.ini", "nieuw")});
-    run();
-    EXPECT_EQ(machine.temp.copyLeftovers("stick"), 1u);
-    EXPECT_EQ(machine.temp.copyLeftovers("stick/Anders"), 1u);
-    EXPECT_EQ(machine.temp.read("stick/Backup2026-11-01/NV.ini"), "eerder");
-
-    leave();
-    machine.temp.leaveCopyLeftover("stick/" + kToday + "/Norvale/NV.ini");
-    subSweepBackupLeftovers(stick.drive(), folder(), std::chrono::milliseconds(0));
-    EXPECT_EQ(machine.temp.copyLeftovers("stick/" + kToday), 0u);
-    EXPECT_EQ(machine.temp.copyLeftovers("stick"), older.size() + 1);
-}
-
-// A failure ends the run with the box of its number. What was put in place before it is there,
-// whole, when the user reads of it, and no copy that read back otherwise keeps its name. (A clip
-// that cannot be opened is tried with the real progress window.)
+// What was put in place before a failure is whole when its box shows; the clip's is the window's.
 TEST_F(BackupRun, AFailureAbandonsTheRunWithTheBoxOfItsNumber) {
     const std::string a = source("a.ini", std::string(5000, 'a'));
     const std::string b = source("b.mdb", noise(3 << 20, 3)), c = source("c.ini", "c");
-    const std::string gone = machine.temp.drive("bron\\weg.mdb");
+    const std::string gone = machine.temp.drive("bron\\weg.mdb"), plain = "Norvale Backup";
+    const std::string write = "Fout bij schrijven naar backup schijf";
     const std::string full =
         "De backup schijf is vol, verwijder een oude backup map of gebruik een nieuwe schijf";
     auto readBack = [](const std::string& file) {
@@ -219,47 +175,36 @@ TEST_F(BackupRun, AFailureAbandonsTheRunWithTheBoxOfItsNumber) {
             if (copy.destination.ends_with("b.mdb"))
                 FaultyMedium::flipByte(copy.temporary, 100);
     };
-    // A stick that holds less than it says: a later group lands on the first copy, which the box
-    // Missing had put in place.
+    // A stick that holds less than it says: a later group lands on the copy placed before Missing.
     const Fault wraps = [&, groups = 0](const std::vector<StagedCopy>&) mutable {
         if (++groups == 2)
             std::ofstream(stick.native(kToday + "/a.ini"), std::ios::binary | std::ios::in) << 'c';
     };
-    struct Case {
-        int32_t copyFailure;
-        Fault fault;
-        Log rows;
-        std::string text;
-        int copies;
-        std::size_t boxes;
-        Log left;
-    };
-    // A commit that cannot flush, at the end or before a box in the middle: the user hears that
-    // the target is full, not of the row, and the rest is not tried.
+    // The failing copy, the fault, the rows, the box, how many copies and boxes, what is left.
+    using Case = std::tuple<int32_t, Fault, Log, std::string, std::string, int, std::size_t, Log>;
     const Case cases[] = {
-        {61, {}, {a, b, c}, full, 2, 2, {"a.ini"}},
-        {76, {}, {a, b, c}, kProtectedText, 2, 2, {"a.ini"}},
-        {57, {}, {a, b, c}, "57 Invoer/uitvoer-fout van apparaat", 2, 2, {"a.ini"}},
-        {0, flushFails, {a, b}, full, 2, 2, {}},
-        {0, flushFails, {a, gone, b}, full, 1, 2, {}},
-        {0, lateByteOfB, {a, b, c}, readBack(b), 3, 2, {"a.ini", "c.ini"}},
-        {0, wraps, {a, gone, c}, readBack(a), 2, 3, {"c.ini"}},
+        {61, {}, {a, b, c}, write, full, 2, 2, {"a.ini"}},
+        {76, {}, {a, b, c}, write, kProtectedText, 2, 2, {"a.ini"}},
+        {57, {}, {a, b, c}, plain, "57 Invoer/uitvoer-fout van apparaat", 2, 2, {"a.ini"}},
+        {0, flushFails, {a, b}, write, full, 2, 2, {}},
+        {0, flushFails, {a, gone, b}, write, full, 1, 2, {}},
+        {0, lateByteOfB, {a, b, c}, plain, readBack(b), 3, 2, {"a.ini", "c.ini"}},
+        {0, wraps, {a, gone, c}, plain, readBack(a), 2, 3, {"c.ini"}},
     };
-    for (const Case& k : cases) {
-        SCOPED_TRACE(&k - cases);
-        windows.beforeCopy = [&](int copy) {
-            if (copy == 2 && k.copyFailure)
-                throw fileFailure(k.copyFailure);
+    for (const auto& [copyFailure, fault, rows, title, text, copies, shown, left] : cases) {
+        SCOPED_TRACE(text);
+        windows.beforeCopy = [n = copyFailure](int copy) {
+            if (copy == 2 && n)
+                throw fileFailure(n);
         };
-        files.fault = k.fault;
-        list(k.rows);
+        files.fault = fault;
+        list(rows);
         rerun();
-        const bool write = k.text == full || k.text == kProtectedText;
-        EXPECT_EQ(boxes.shown.size(), k.boxes);
-        expectBox(boxes.shown.back(), write ? kWriteTitle : "Norvale Backup", k.text, Buttons::OK,
-                  write ? Icon::Critical : Icon::None);
-        EXPECT_EQ(windows.copies, k.copies);
-        expectFailed(boxes.shown.back().title, k.left);
+        EXPECT_EQ(boxes.shown.size(), shown);
+        expectBox(boxes.shown.back(), title, text, Buttons::OK,
+                  title == write ? Icon::Critical : Icon::None);
+        EXPECT_EQ(windows.copies, copies);
+        expectFailed(title, left);
     }
 
     // A target gone by the time the status is repainted gives one box, and no second round.
@@ -271,10 +216,8 @@ TEST_F(BackupRun, AFailureAbandonsTheRunWithTheBoxOfItsNumber) {
     EXPECT_EQ(boxes.shown[1].text, "68 Apparaat niet beschikbaar");
 }
 
-// A failure on the way to the mirrored folder is told once, and leaves no destination.
 TEST_F(BackupRun, FullPathMirrorsTheLastFolderOfTheSource) {
     const std::pair<std::string, std::string> examples[] = {
-        {"C:\\Users\\user1\\Documenten\\Offertes\\brief.doc", "\\Offertes"},
         {"\\\\server\\deel\\map\\x.txt", "\\map"},
         {"\\\\server\\deel\\x.txt", "\\deel"},
         // One level deep the one folder there is mirrors; at a drive's root, nothing.
@@ -283,10 +226,71 @@ TEST_F(BackupRun, FullPathMirrorsTheLastFolderOfTheSource) {
     };
     for (const auto& [path, part] : examples)
         EXPECT_EQ(mirroredFolderPart(path), part) << path;
-    const std::string ini = source("Data/Norvale/NV.ini", "x");
-    EXPECT_EQ(fFullPath(ini, folder("Weg")), "");
+    EXPECT_EQ(fFullPath(source("Data/Norvale/NV.ini", "x"), folder("Weg")), "");
     expectBox(boxes.shown.at(0), "Norvale Backup", "Pad niet gevonden\r\nModule: fFullPath 76",
               Buttons::OK, Icon::None);
+}
+
+// Production files in Norvale/ and Extra/, each holding its path, and a flat and a mirrored backup.
+class RestoreRun : public BackupRunFixture {
+protected:
+    RestoreRun() {
+        for (const char* file : {"Norvale/NV.ini", "Norvale/stockA.NVD", "Extra/NV.ini"})
+            machine.temp.write(file, file);
+        stick.backupFolder("Flat", {"NV.ini", "stockA.NVD"});
+        stick.backupFolder("Mirror", {"Norvale/NV.ini", "Extra/NV.ini"});
+    }
+};
+
+// Two files of one bare name come back only from a folder named after their own.
+TEST_F(RestoreRun, APassRestoresWhatItFindsAndFilesOfOneNameOnlyFromTheirOwnFolder) {
+    const std::string notFound = kRestored + kRestoreNotFoundText;
+    EXPECT_EQ(restore("Flat", {"Norvale/NV.ini", "Norvale/stockA.NVD", "Norvale/Gone.txt"}),
+              notFound);
+    EXPECT_EQ(rows.flags, (std::vector<bool>{false, false, true}));
+    EXPECT_EQ(machine.temp.read("Norvale/stockA.NVD"), "Flat/stockA.NVD");
+    rows.flags = {false, false, false};
+    EXPECT_EQ(restore("Flat"), kRestored);
+
+    EXPECT_EQ(restore("Mirror", {"Norvale/NV.ini", "Extra/NV.ini"}), notFound);
+    EXPECT_EQ(restore("Mirror\\extra"), kRestored + kRestoreSameNameText);
+    EXPECT_EQ(rows.flags, (std::vector<bool>{true, false}));
+    EXPECT_EQ(machine.temp.read("Norvale/NV.ini"), "Flat/NV.ini");
+    EXPECT_EQ(machine.temp.read("Extra/NV.ini"), "Mirror/Extra/NV.ini");
+    EXPECT_EQ(restore("Flat", {"Norvale/NV.ini", "Norvale/NV.ini"}), kRestored); // one file, twice
+}
+
+// A failing copy stops at its row and leaves the file there as it was; leftovers of a killed
+// restore beside its rows go first.
+TEST_F(RestoreRun, AFailingCopyStopsAtItsRowWithTheRowsBeforeItDone) {
+    machine.temp.leaveCopyLeftover("Norvale/NV.ini");
+    machine.temp.leaveCopyLeftover("Extra/NV.ini"); // of no selected row
+    std::ofstream(stick.native("Flat/stockA.NVD"), std::ios::binary) << std::string(200000, 's');
+    files.fault = [](const std::vector<StagedCopy>& copies) {
+        if (copies.back().destination.ends_with("stockA.NVD"))
+            FaultyMedium::flipByte(copies.back().temporary, 5000);
+    };
+    const std::pair<std::string, std::string> cases[] = {
+        {"Missing/stockA.NVD", "76 Pad niet gevonden"},
+        {"Norvale/stockA.NVD", "80 Het bestand " + machine.temp.drive("Norvale/stockA.NVD") +
+                                   " is niet vervangen: de schijf gaf bij het teruglezen andere "
+                                   "gegevens terug dan erop geschreven zijn"},
+    };
+    for (const auto& [row, text] : cases) {
+        std::string failure;
+        try {
+            restore("Flat", {"Norvale/NV.ini", row, "Norvale/Gone.txt"});
+        } catch (const FileFailure& thrown) {
+            failure = std::to_string(thrown.Number) + " " + thrown.Description;
+        }
+        EXPECT_EQ(failure, text);
+        EXPECT_EQ(intLoop, 1);
+        EXPECT_EQ(rows.flags, (std::vector<bool>{false, true, true}));
+        EXPECT_EQ(machine.temp.read("Norvale/NV.ini"), "Flat/NV.ini");
+        EXPECT_EQ(machine.temp.read("Norvale/stockA.NVD"), "Norvale/stockA.NVD");
+        EXPECT_EQ(machine.temp.copyLeftovers("Norvale"), 0u);
+    }
+    EXPECT_EQ(machine.temp.copyLeftovers("Extra"), 1u);
 }
 
 } // namespace

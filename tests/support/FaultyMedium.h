@@ -26,10 +26,8 @@ struct NativeFiles : nv::PosixFileSystem {
 };
 #endif
 
-// The files of this machine on a medium that does not always give back what it was given: once
-// a group of copies is flushed, fault may change what the medium holds, so that what the file
-// layer reads back and compares is the real thing. It keeps the folders it flushed, and takes
-// names as FAT does when told.
+// The files of this machine on a medium that may change what it holds once a group of copies is
+// flushed (fault); it keeps the folders it flushed, and takes names as FAT does when told.
 class FaultyMedium : public NativeFiles {
 public:
     void flushStaged(const std::vector<nv::StagedCopy>& copies) override {
