@@ -81,7 +81,6 @@ protected:
         nv::AppSettings.AantalFiles = static_cast<int16_t>(rows.size());
     }
     void run() { nv::Cmd_Backup_Click(windows, intLoop, strBackupFolder); }
-    // Runs again from a clean stick and a clean record of what was shown.
     void rerun() {
         std::filesystem::remove_all(stick.native(kToday));
         windows.log.clear();

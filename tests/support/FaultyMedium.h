@@ -5,8 +5,6 @@
 
 #include <fstream>
 #include <functional>
-#include <string>
-#include <vector>
 
 #ifdef _WIN32
 #include "platform/win32/Win32FileSystem.h"

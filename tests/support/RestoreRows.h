@@ -3,7 +3,6 @@
 #include "restore/RestoreRun.h"
 
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace nvtest {
