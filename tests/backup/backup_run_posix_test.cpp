@@ -87,13 +87,13 @@ TEST_F(RealTarget, NamesAFatStickCannotHoldAreToldAndTheRestIsCopied) {
     for (char c : std::string("<>:\"|?*"))
         refused.push_back({std::string("a") + c + std::to_string(refused.size()) + ".txt",
                            std::string("bevat het teken ") + c + ", dat"});
-    Log rows;
+    Log listed;
     for (const auto& [name, why] : refused)
-        rows.push_back(source(name, "x"));
+        listed.push_back(source(name, "x"));
     const std::string kept = "Notulen 10.30 (kopie) [2] #1 & \u20ac.txt";
-    rows.push_back(source(kept, "y"));
-    rows.push_back(source("Map: 2026/NV.ini", "x"));
-    list(rows);
+    listed.push_back(source(kept, "y"));
+    listed.push_back(source("Map: 2026/NV.ini", "x"));
+    list(listed);
     run();
     ASSERT_EQ(boxes.shown.size(), refused.size() + 3);
     for (std::size_t i = 0; i < refused.size(); ++i)
@@ -162,8 +162,7 @@ TEST_F(RealTarget, ARunKilledInTheMiddleOfAGroupLeavesOnlyTemporaries) {
     EXPECT_EQ(machine.temp.copyLeftovers("stick/" + kToday), 2u);
     EXPECT_EQ(entries(kToday).size(), 2u);
 
-    // A stick that holds less than it says may wrap the large copy's tail onto its head, read
-    // back while the rest was written: the run's last look finds it.
+    // A stick that wraps the large copy's tail onto its early-read head is found at the end.
     windows.beforeCopy = nullptr;
     files.fault = [](const std::vector<StagedCopy>& copies) {
         if (const StagedCopy& big = copies.at(1); big.readUpTo > 0)
@@ -244,10 +243,10 @@ TEST_F(RealTarget, ARestoredFileKeepsTheModeAndOwnerOfTheFileItReplaces) {
         fs::permissions(machine.temp.native("Norvale/" + names[i]), fs::perms(modes[i]));
     }
     const bool root = ::chown(machine.temp.native("Norvale/NV.ini").c_str(), 4321, 4321) == 0;
-    std::vector<std::string> rows;
+    std::vector<std::string> paths;
     for (const std::string& name : names)
-        rows.push_back("Norvale/" + name);
-    EXPECT_EQ(restore("B", rows), kRestored);
+        paths.push_back("Norvale/" + name);
+    EXPECT_EQ(restore("B", paths), kRestored);
     EXPECT_EQ(machine.temp.read("Norvale/NV_Ledger01.mdb"), "B/NV_Ledger01.mdb");
     for (std::size_t i = 0; i < names.size(); ++i) {
         struct stat st {};

@@ -22,7 +22,8 @@ using BackupRun = BackupRunFixture;
 TEST_F(BackupRun, TheMainPathCopiesEveryRowAndTellsTheUserEachStep) {
     const std::string ledger = noise(300'000, 7);
     const auto stamp = fs::file_time_type::clock::now() - std::chrono::hours(24 * 30);
-    fs::last_write_time(nativeFormOf(source("Data/Norvale/NV_Ledger01.mdb", ledger)), stamp);
+    fs::last_write_time(fromUtf8(nativeFormOf(source("Data/Norvale/NV_Ledger01.mdb", ledger))),
+                        stamp);
     list({machine.temp.drive("BRON\\data\\NORVALE\\nv_ledger01.MDB"), AppSettings.strIniFile,
           source("Documenten\\Offertes\\Brief één.doc", "brief"),
           source("Oud\\norvale\\NV_stock.NVD", ""), "", " "});
@@ -79,7 +80,8 @@ TEST_F(BackupRun, TheMainPathCopiesEveryRowAndTellsTheUserEachStep) {
               (Log{"Brief één.doc", "NV_Ledger01.mdb", "NV_stock.NVD", "NVbackuptool.ini"}));
 }
 
-// A file at any depth makes today's folder taken; folders, hidden files and leftovers do not.
+// A file at any depth makes today's folder taken, never written over; folders, hidden files and
+// leftovers do not, and a copy refused by a folder in its place (75) passes in silence.
 TEST_F(BackupRun, ATakenFolderOfTodayIsAskedAboutAndTheRunTakesTheFirstFreeNumber) {
     list({source("NV.ini", "nieuw"), source("NV_stock.NVD", "y")});
     boxes.answer(Answer::Cancel);
@@ -109,8 +111,7 @@ TEST_F(BackupRun, ATakenFolderOfTodayIsAskedAboutAndTheRunTakesTheFirstFreeNumbe
     EXPECT_EQ(again(Answer::Yes), kMade + folder(kToday + "(2)"));
     EXPECT_EQ(entries(kToday + "(2)"), (Log{"Leeg/", "NV.ini/", "NV_stock.NVD"}));
     EXPECT_EQ(again(Answer::Yes), kMade + folder(kToday + "(3)"));
-    EXPECT_EQ(boxes.shown[0].text, "Backup maken naar map: \r\n\r\n" + folder());
-
+    EXPECT_EQ(boxes.shown[0].text, "Backup maken naar map: \r\n\r\n" + folder()); // no (2)(3)
     EXPECT_EQ(machine.temp.read(earlier), "eerder");
 }
 
@@ -118,9 +119,9 @@ TEST_F(BackupRun, ATakenFolderOfTodayIsAskedAboutAndTheRunTakesTheFirstFreeNumbe
 TEST_F(BackupRun, RowsThatCannotBeCopiedAreToldOneByOneAndTheRestGoesOn) {
     const std::string first = source("a\\NV.ini", "a");
     const std::string missing = machine.temp.drive("bron\\Weg\\NV_Ledger01.mdb");
-    Log rows{first, source("b\\nv.INI", "b"), source("c.ini", "c"), missing, "", first};
-    rows.resize(3000, " ");
-    list(rows);
+    Log listed{first, source("b\\nv.INI", "b"), source("c.ini", "c"), missing, "", first};
+    listed.resize(3000, " ");
+    list(listed);
     std::vector<Log> onStickAtBox;
     atBox = [&](const MessageBoxRequest&) { onStickAtBox.push_back(entries(kToday)); };
     run();
@@ -148,7 +149,8 @@ TEST_F(BackupRun, RowsThatCannotBeCopiedAreToldOneByOneAndTheRestGoesOn) {
     EXPECT_EQ(settingsFile(), kSettingsAfter);
 }
 
-// What was put in place before a failure is whole when its box shows; the clip's is the window's.
+// What was put in place before a failure is whole when its box shows. (A clip that cannot be
+// opened is tried with the real progress window.)
 TEST_F(BackupRun, AFailureAbandonsTheRunWithTheBoxOfItsNumber) {
     const std::string a = source("a.ini", std::string(5000, 'a'));
     const std::string b = source("b.mdb", noise(3 << 20, 3)), c = source("c.ini", "c");
@@ -164,7 +166,7 @@ TEST_F(BackupRun, AFailureAbandonsTheRunWithTheBoxOfItsNumber) {
     };
     using Fault = std::function<void(const std::vector<StagedCopy>&)>;
     const Fault flushFails = [](const auto&) { throw fileFailure(kFailTargetFull); };
-    const Fault lateByte = [](const auto& copies) {
+    const Fault lateByteOfB = [](const auto& copies) {
         FaultyMedium::flipByte(copies[1].temporary, 100);
     };
     // A stick that holds less than it says: a later group lands on the copy placed before Missing.
@@ -180,17 +182,17 @@ TEST_F(BackupRun, AFailureAbandonsTheRunWithTheBoxOfItsNumber) {
         {57, {}, {a, b, c}, plain, "57 Invoer/uitvoer-fout van apparaat", 2, 2, {"a.ini"}},
         {0, flushFails, {a, b}, write, full, 2, 2, {}},
         {0, flushFails, {a, gone, b}, write, full, 1, 2, {}},
-        {0, lateByte, {a, b, c}, plain, readBack(b), 3, 2, {"a.ini", "c.ini"}},
+        {0, lateByteOfB, {a, b, c}, plain, readBack(b), 3, 2, {"a.ini", "c.ini"}},
         {0, wraps, {a, gone, c}, plain, readBack(a), 2, 3, {"c.ini"}},
     };
-    for (const auto& [copyFailure, fault, rows, title, text, copies, shown, left] : cases) {
+    for (const auto& [copyFailure, fault, listed, title, text, copies, shown, left] : cases) {
         SCOPED_TRACE(text);
         windows.beforeCopy = [n = copyFailure](int copy) {
             if (copy == 2 && n)
                 throw fileFailure(n);
         };
         files.fault = fault;
-        list(rows);
+        list(listed);
         rerun();
         EXPECT_EQ(boxes.shown.size(), shown);
         expectBox(boxes.shown.back(), title, text, Buttons::OK,
@@ -212,7 +214,6 @@ TEST_F(BackupRun, FullPathMirrorsTheLastFolderOfTheSource) {
     const std::pair<std::string, std::string> examples[] = {
         {"\\\\server\\deel\\map\\x.txt", "\\map"},
         {"\\\\server\\deel\\x.txt", "\\deel"},
-        // One level deep the one folder there is mirrors; at a drive's root, nothing.
         {"C:\\Norvale\\NV_Ledger01.mdb", "\\Norvale"},
         {"C:\\NV_Ledger01.mdb", ""},
     };
