@@ -5,26 +5,20 @@
 #include "platform/FailureText.h"
 #include "startup/AppSettings.h"
 #include "support/FaultyMedium.h"
+#include "support/RestoreRows.h"
 #include "support/TestMachine.h"
 #include "support/TestStick.h"
 
 #include <algorithm>
-#include <filesystem>
-#include <fstream>
-#include <functional>
 #include <gtest/gtest.h>
 #include <optional>
-#include <string>
-#include <vector>
 
 namespace nvtest {
 
 using Log = std::vector<std::string>;
 
 inline const std::string kToday = "Backup2026-11-17";
-inline const std::string kWriteTitle = "Fout bij schrijven naar backup schijf";
-inline const std::string kFullText =
-    "De backup schijf is vol, verwijder een oude backup map of gebruik een nieuwe schijf";
+inline const std::string kRestored = "Het terugzetten van de bestanden is gereed. \r\n";
 inline const std::string kProtectedText =
     "De backup schijf kan niet worden geopend, het kan zijn dat deze op 'write protection' staat, "
     "dit is vaak een schakelaartje. Pas dit aan of gebruik een ander backup medium";
@@ -32,17 +26,11 @@ inline const std::string kProtectedText =
 // Keeps, in one log and in order, what the user is shown of the run.
 class FakeBackupWindows : public nv::BackupWindows {
 public:
-    void subShowCopyWindow() override {
-        log.push_back("show");
-        copyWindowOpen = true;
-    }
+    void subShowCopyWindow() override { log.push_back("show"); }
+    void closeCopyWindow() override { log.push_back("close"); }
     void setProgressMax(int maximum) override { log.push_back("max " + std::to_string(maximum)); }
     void setProgressValue(int value) override { log.push_back("value " + std::to_string(value)); }
     void setCopyText(const std::string& text) override { log.push_back("text " + text); }
-    void closeCopyWindow() override {
-        log.push_back("close");
-        copyWindowOpen = false;
-    }
     void setStatusText(const std::string& text) override { log.push_back("status " + text); }
     void RefreshStatus() override {
         log.push_back("RefreshStatus");
@@ -50,46 +38,22 @@ public:
             throw *refreshFailure;
     }
     void refreshTargetDirectories() override { log.push_back("refreshTargetDirectories"); }
+    // What beforeCopy throws, given the copy's number from 1, is that copy's failure.
     void runCopy(const std::function<void()>& work) override {
-        ++copies;
-        if (beforeCopy)
+        if (++copies; beforeCopy)
             beforeCopy(copies);
         work();
     }
     void runCommit(const std::function<void()>& work) override { work(); }
 
     Log log;
-    bool copyWindowOpen = false;
     int copies = 0;
-    // Called with the number of the copy, from 1; what it throws is the copy's failure.
     std::function<void(int)> beforeCopy;
     std::optional<nv::FileFailure> refreshFailure;
 };
 
-// The files of this machine on a medium that may give back other bytes, whose flush of a group's
-// data fails on cue with a chosen number, and whose target may take names as FAT does; the folders
-// flushed are kept.
-class FaultyFiles : public FaultyMedium {
-public:
-    void flushFolder(const std::string& folder) override {
-        flushed.push_back(folder);
-        FaultyMedium::flushFolder(folder);
-    }
-    void flushStaged(const std::vector<nv::StagedCopy>& copies) override {
-        if (failFlushNumber)
-            throw nv::fileFailure(failFlushNumber);
-        FaultyMedium::flushStaged(copies);
-    }
-    nv::NameRules nameRulesOf(const std::string& folder) override {
-        return fatNames ? nv::NameRules::Fat : NativeFiles::nameRulesOf(folder);
-    }
-    int32_t failFlushNumber = 0;
-    bool fatNames = false;
-    Log flushed;
-};
-
-// A backup run of rows below bron/ onto the stick, with the settings file in prog/; the last
-// backup was on 01-11-2026, and today is 17-11-2026. Every box is noted in the windows' log.
+// Backups of rows below bron/ onto the stick, with the settings file in prog/, and restores from
+// it; the last backup was on 01-11-2026. Every box is noted in the windows' log.
 class BackupRunFixture : public ::testing::Test {
 protected:
     BackupRunFixture() {
@@ -107,7 +71,7 @@ protected:
     // A file below bron/, written through the platform so that its name may hold any letter.
     std::string source(const std::string& relative, const std::string& bytes) {
         std::filesystem::create_directories(machine.temp.native("bron/" + relative).parent_path());
-        std::string path = machine.temp.drive("bron\\" + relative);
+        const std::string path = machine.temp.drive("bron\\" + relative);
         nv::platform().files->writeFile(path, bytes);
         return path;
     }
@@ -117,7 +81,6 @@ protected:
         nv::AppSettings.AantalFiles = static_cast<int16_t>(rows.size());
     }
     void run() { nv::Cmd_Backup_Click(windows, intLoop, strBackupFolder); }
-    // Runs again from a clean stick and a clean record of what was shown.
     void rerun() {
         std::filesystem::remove_all(stick.native(kToday));
         windows.log.clear();
@@ -125,14 +88,20 @@ protected:
         boxes.shown.clear();
         run();
     }
-
-    // Every entry of a folder on the stick, hidden ones too, sorted; folders end in '/'. None
-    // when the folder is not there.
+    // Restores these files (or the rows selected before) from a folder on the stick.
+    std::string restore(const std::string& from, std::vector<std::string> files = {}) {
+        for (std::string& file : files)
+            file = machine.temp.drive(file);
+        if (!files.empty())
+            rows.select(files);
+        return nv::fRestoreSelectedRows(rows, folder(from), intLoop);
+    }
+    // Every entry of a folder on the stick, hidden ones too, sorted; folders end in '/'.
     Log entries(const std::string& relative = "") const {
         Log names;
         std::error_code ec;
         for (const auto& entry : std::filesystem::directory_iterator(stick.native(relative), ec)) {
-            std::u8string name = entry.path().filename().u8string();
+            const std::u8string name = entry.path().filename().u8string();
             names.push_back(std::string(name.begin(), name.end()) +
                             (entry.is_directory() ? "/" : ""));
         }
@@ -147,36 +116,30 @@ protected:
         return stick.drive() + "\\" + name;
     }
     std::string settingsFile() const { return machine.temp.read("prog/NVbackuptool.ini"); }
-    // A run that failed leaves the date of the last backup alone, in memory and on disk.
-    void expectNotMade() const {
-        EXPECT_EQ(settingsFile(), kSettingsBefore);
-        EXPECT_EQ(nv::AppSettings.LastBackup, kLastBackup);
-        EXPECT_FALSE(windows.copyWindowOpen);
-    }
-    // A run that failed with text in its last box, leaving in today's folder only whole copies
-    // of the sources left.
-    void expectFailed(const std::string& text, const Log& left) {
-        ASSERT_FALSE(boxes.shown.empty());
-        EXPECT_EQ(boxes.shown.back().text, text);
+    // A failed run boxes with its window up, keeps the old date and leaves only whole copies.
+    void expectFailed(const std::string& title, const Log& left) {
+        ASSERT_GE(windows.log.size(), 4u);
+        EXPECT_EQ(Log(windows.log.end() - 4, windows.log.end()),
+                  (Log{"box " + title, "close", "RefreshStatus", "refreshTargetDirectories"}));
         EXPECT_EQ(entries(kToday), left);
         for (const std::string& name : left)
             EXPECT_EQ(onStick(kToday + "/" + name), machine.temp.read("bron/" + name)) << name;
-        expectNotMade();
+        EXPECT_EQ(settingsFile(), kSettingsBefore);
+        EXPECT_EQ(nv::AppSettings.LastBackup, kLastBackup);
     }
 
     const std::string kSettingsBefore = crlf("[Basic settings]\nLastBackup=01-11-2026\n");
     const nv::Date kLastBackup = nv::dateFromCivil({2026, 11, 1});
-
     TestMachine machine;
     TestStick stick{machine.temp};
     FakeBackupWindows windows;
     ScriptedBoxes& boxes = machine.boxes;
-    // Looks at the machine while a box is up.
-    std::function<void(const nv::MessageBoxRequest&)> atBox;
-    FaultyFiles files;
+    std::function<void(const nv::MessageBoxRequest&)> atBox; // looks at the machine at each box
+    FaultyMedium files;
     nv::ScopedPlatformPart<nv::FileSystem> useFiles_{&nv::Platform::files, &files};
     int16_t intLoop = 0;
     std::string strBackupFolder;
+    RestoreRows rows;
 };
 
 } // namespace nvtest

@@ -1,7 +1,7 @@
 #include "backup/BackupRunFixture.h"
-#include "backup/LeftoverSweep.h"
 #include "platform/DriveFormConversion.h"
 #include "support/ExpectBox.h"
+#include "support/Noise.h"
 
 #include <chrono>
 #include <set>
@@ -13,64 +13,84 @@ namespace fs = std::filesystem;
 namespace {
 
 const std::string kMade = "Bestanden succesvol gekopieerd naar ";
+const std::string kSettingsAfter = crlf("[Basic settings]\nLastBackup=17-11-2026\n");
 
-class BackupRun : public BackupRunFixture {
-protected:
-    const std::string kSettingsAfter = crlf("[Basic settings]\nLastBackup=17-11-2026\n");
-};
+using BackupRun = BackupRunFixture;
 
+// Mirrored subfolders keep the row's letters, names those on disk; leftovers go from backup
+// folders.
 TEST_F(BackupRun, TheMainPathCopiesEveryRowAndTellsTheUserEachStep) {
-    std::string ledger;
-    for (int i = 0; i < 300'000; ++i)
-        ledger += static_cast<char>(i * 7 % 251);
-    list({source("Data\\Norvale\\NV_Ledger01.mdb", ledger), AppSettings.strIniFile,
-          source("Documenten\\Offertes\\Brief één.doc", "brief"),
-          source("Data\\Norvale\\NV_stock.NVD", "")});
+    const std::string ledger = noise(300'000, 7);
     const auto stamp = fs::file_time_type::clock::now() - std::chrono::hours(24 * 30);
-    for (std::size_t row = 1; row < AppSettings.strFiles.size(); ++row)
-        fs::last_write_time(fromUtf8(nativeFormOf(AppSettings.strFiles[row])), stamp);
-    std::string settingsDuringLastBox;
-    atBox = [&](const MessageBoxRequest&) { settingsDuringLastBox = settingsFile(); };
+    fs::last_write_time(fromUtf8(nativeFormOf(source("Data/Norvale/NV_Ledger01.mdb", ledger))),
+                        stamp);
+    list({machine.temp.drive("BRON\\data\\NORVALE\\nv_ledger01.MDB"), AppSettings.strIniFile,
+          source("Documenten\\Offertes\\Brief één.doc", "brief"),
+          source("Oud\\norvale\\NV_stock.NVD", ""), "", " "});
+    AppSettings.Directory = 1;
+    machine.temp.write("stick/Backup2026-11-01/NV_stock.NVD", "eerder");
+    for (const char* where : {"Backup2026-11-01", "Backup2026-11-10(2)/Norvale", "backup2026-11-12",
+                              "Anders", "Backup2026-11-17/NORVALE"})
+        machine.temp.leaveCopyLeftover("stick/" + std::string(where) + "/NV_stock.NVD");
+    std::string settingsAtLastBox;
+    std::set<std::string> flushedAtLastBox;
+    atBox = [&](const MessageBoxRequest&) {
+        settingsAtLastBox = settingsFile();
+        flushedAtLastBox = {files.flushed.begin(), files.flushed.end()};
+    };
     run();
 
     // The settings file goes into the backup as it was before this run.
-    const std::pair<std::string, std::string> copied[] = {{"NV_Ledger01.mdb", ledger},
-                                                          {"NVbackuptool.ini", kSettingsBefore},
-                                                          {"Brief één.doc", "brief"},
-                                                          {"NV_stock.NVD", ""}};
-    Log expected{"box Backup maken", "show", "max 4"};
-    for (int row = 1; const auto& [name, bytes] : copied) {
-        expected.insert(expected.end(), {"value " + std::to_string(row++),
-                                         "status Kopiëren " + name, "text Kopiëren " + name});
-        EXPECT_EQ(onStick(kToday + "/" + name), bytes) << name;
-        EXPECT_LT(std::chrono::abs(fs::last_write_time(stick.native(kToday + "/" + name)) - stamp),
-                  std::chrono::seconds(2))
-            << name;
+    const std::pair<std::string, std::string> copied[] = {
+        {"NORVALE/NV_Ledger01.mdb", ledger},
+        {"prog/NVbackuptool.ini", kSettingsBefore},
+        {"Offertes/Brief één.doc", "brief"},
+        {"NORVALE/NV_stock.NVD", ""}};
+    Log expected{"box Backup maken", "show", "max 6"};
+    for (int row = 1; const auto& [copy, bytes] : copied) {
+        const std::string status = "Kopiëren " + copy.substr(copy.find('/') + 1);
+        expected.insert(expected.end(),
+                        {"value " + std::to_string(row++), "status " + status, "text " + status});
+        EXPECT_EQ(onStick(kToday + "/" + copy), bytes) << copy;
     }
-    expected.insert(expected.end(),
-                    {"close", "box Back Up", "RefreshStatus", "refreshTargetDirectories"});
+    expected.insert(expected.end(), {"value 5", "value 6", "close", "box Back Up", "RefreshStatus",
+                                     "refreshTargetDirectories"});
     EXPECT_EQ(windows.log, expected);
-    ASSERT_EQ(boxes.shown.size(), 2u);
-    expectBox(boxes.shown[0], "Backup maken", "Backup maken naar map: \r\n\r\n" + folder(),
+    expectBox(boxes.shown.at(0), "Backup maken", "Backup maken naar map: \r\n\r\n" + folder(),
               Buttons::OKCancel, Icon::Question);
-    expectBox(boxes.shown[1], "Back Up", kMade + folder(), Buttons::OK, Icon::Information);
-    EXPECT_EQ(entries(), Log{kToday + "/"});
-    EXPECT_EQ(entries(kToday).size(), 4u);
-    EXPECT_EQ(strBackupFolder, folder());
-    // The new date is on disk before the last box.
-    EXPECT_EQ(settingsDuringLastBox, kSettingsAfter);
+    expectBox(boxes.shown.at(1), "Back Up", kMade + folder(), Buttons::OK, Icon::Information);
+    EXPECT_EQ(entries(kToday), (Log{"NORVALE/", "Offertes/", "prog/"}));
+    EXPECT_EQ(entries(kToday + "/NORVALE"), (Log{"NV_Ledger01.mdb", "NV_stock.NVD"}));
+    EXPECT_LT(std::chrono::abs(
+                  fs::last_write_time(stick.native(kToday + "/NORVALE/NV_Ledger01.mdb")) - stamp),
+              std::chrono::seconds(2));
+    EXPECT_EQ(machine.temp.copyLeftovers("stick"), 1u);
+    EXPECT_EQ(machine.temp.copyLeftovers("stick/Anders"), 1u);
+    EXPECT_EQ(machine.temp.read("stick/Backup2026-11-01/NV_stock.NVD"), "eerder");
     EXPECT_EQ(AppSettings.LastBackup, machine.clock.date);
+    // The new date and every folder written are on disk before the last box.
+    EXPECT_EQ(settingsAtLastBox, kSettingsAfter);
+    EXPECT_EQ(flushedAtLastBox,
+              (std::set<std::string>{folder(), folder() + "\\NORVALE", folder() + "\\Offertes",
+                                     folder() + "\\prog", stick.drive() + "\\"}));
+
+    AppSettings.Directory = 2;
+    rerun();
+    EXPECT_EQ(entries(kToday),
+              (Log{"Brief één.doc", "NV_Ledger01.mdb", "NV_stock.NVD", "NVbackuptool.ini"}));
 }
 
+// A file at any depth makes today's folder taken, never written over; folders, hidden files and
+// leftovers do not, and a copy refused by a folder in its place (75) passes in silence.
 TEST_F(BackupRun, ATakenFolderOfTodayIsAskedAboutAndTheRunTakesTheFirstFreeNumber) {
     list({source("NV.ini", "nieuw"), source("NV_stock.NVD", "y")});
     boxes.answer(Answer::Cancel);
     run();
     EXPECT_EQ(windows.log, (Log{"box Backup maken", "RefreshStatus", "refreshTargetDirectories"}));
-    EXPECT_TRUE(entries().empty());
 
-    // Today's folder holds a file: the question comes, and No ends the run.
-    machine.temp.write("stick/" + kToday + "/NV.ini", "eerder");
+    const std::string earlier = "stick/" + kToday + "/Norvale/Oud/NV.ini";
+    const std::string second = "stick/" + kToday + "(2)/";
+    machine.temp.write(earlier, "eerder");
     auto again = [&](Answer answer) {
         boxes.shown.clear();
         boxes.answer(Answer::OK);
@@ -78,260 +98,107 @@ TEST_F(BackupRun, ATakenFolderOfTodayIsAskedAboutAndTheRunTakesTheFirstFreeNumbe
         run();
         return boxes.shown.back().text;
     };
-    again(Answer::No);
-    ASSERT_EQ(boxes.shown.size(), 2u);
-    expectBox(boxes.shown[1], "Backup maken",
+    again(Answer::No); // the last box: nothing more is done
+    expectBox(boxes.shown.back(), "Backup maken",
               "Directory bestaat al, u heeft vandaag al een backup aangemaakt\r\nWilt u toch een "
               "backup aanmaken?",
               Buttons::YesNo, Icon::Exclamation, DefaultButton::Second);
-    EXPECT_EQ(windows.copies, 0);
-    EXPECT_EQ(onStick(kToday + "/NV.ini"), "eerder");
-    expectNotMade();
 
-    // Neither a leftover nor a folder makes a folder count; the copy refused by the folder in its
-    // place (75) is passed over in silence.
-    machine.temp.leaveCopyLeftover("stick/" + kToday + "(2)/NV.ini");
+    machine.temp.leaveCopyLeftover(second + "NV.ini");
+    machine.temp.write(second + "Leeg/.verborgen", "");
+    machine.temp.hide(second + "Leeg/.verborgen");
     fs::create_directories(stick.native(kToday + "(2)/NV.ini"));
     EXPECT_EQ(again(Answer::Yes), kMade + folder(kToday + "(2)"));
-    EXPECT_EQ(boxes.shown.size(), 3u);
-    EXPECT_EQ(entries(kToday + "(2)"), (Log{"NV.ini/", "NV_stock.NVD"}));
-
+    EXPECT_EQ(entries(kToday + "(2)"), (Log{"Leeg/", "NV.ini/", "NV_stock.NVD"}));
     EXPECT_EQ(again(Answer::Yes), kMade + folder(kToday + "(3)"));
-    // The question names the plain folder; the suffix never piles up.
-    EXPECT_EQ(boxes.shown[0].text, "Backup maken naar map: \r\n\r\n" + folder());
-    EXPECT_EQ(onStick(kToday + "(3)/NV.ini"), "nieuw");
-
-    // Answered after midnight: the folder is still of the day the run began, the date the new one.
-    fs::remove_all(stick.native(kToday + "(2)"));
-    atBox = [&](const MessageBoxRequest& box) {
-        if (box.buttons == Buttons::YesNo)
-            ++machine.clock.date;
-    };
-    EXPECT_EQ(again(Answer::Yes), kMade + folder(kToday + "(2)"));
-    EXPECT_EQ(entries(), (Log{kToday + "(2)/", kToday + "(3)/", kToday + "/"}));
-    EXPECT_EQ(strBackupFolder, folder(kToday + "(2)"));
-    EXPECT_EQ(settingsFile(), crlf("[Basic settings]\nLastBackup=18-11-2026\n"));
+    EXPECT_EQ(boxes.shown[0].text, "Backup maken naar map: \r\n\r\n" + folder()); // no (2)(3)
+    EXPECT_EQ(machine.temp.read(earlier), "eerder");
 }
 
-// A backup never replaces a file that an earlier run wrote: a folder of today counts as taken when
-// it holds a file at any depth, as a mirrored backup does.
-TEST_F(BackupRun, ASecondMirroredBackupOfADayNeverReplacesTheFirst) {
-    AppSettings.Directory = 1;
-    list({source("Data\\Norvale\\NV_Ledger01.mdb", "nieuw")});
-    struct Case {
-        std::string name;
-        Log files, hidden, folders;
-        bool taken;
-    };
-    const Case cases[] = {
-        {"the same file", {"Norvale/NV_Ledger01.mdb"}, {}, {}, true},
-        {"a file deep down", {"a/b/c/brief.doc"}, {}, {}, true},
-        {"empty subfolders", {}, {}, {"Norvale/Leeg", "Offertes"}, false},
-        {"a hidden file and a leftover", {}, {"Norvale/.verborgen"}, {}, false},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
-        for (const auto& entry : fs::directory_iterator(stick.native()))
-            fs::remove_all(entry.path());
-        const std::string earlier = "stick/" + kToday + "/";
-        for (const std::string& file : c.files)
-            machine.temp.write(earlier + file, "eerder");
-        for (const std::string& file : c.hidden) {
-            machine.temp.write(earlier + file, "eerder");
-            machine.temp.hide(earlier + file);
-            machine.temp.leaveCopyLeftover(earlier + file);
-        }
-        for (const std::string& sub : c.folders)
-            fs::create_directories(stick.native(kToday + "/" + sub));
-        boxes.shown.clear();
-        boxes.answer(Answer::OK);
-        if (c.taken)
-            boxes.answer(Answer::Yes);
-        run();
-        const std::string made = kToday + (c.taken ? "(2)" : "");
-        ASSERT_EQ(boxes.shown.size(), c.taken ? 3u : 2u);
-        EXPECT_EQ(boxes.shown.back().text, kMade + folder(made));
-        EXPECT_EQ(onStick(made + "/Norvale/NV_Ledger01.mdb"), "nieuw");
-        for (const std::string& file : c.files)
-            EXPECT_EQ(machine.temp.read(earlier + file), "eerder");
-    }
-}
-
-TEST_F(BackupRun, RowsThatCannotBeFoundAreToldOneByOneAndBlankRowsPassWithoutAWord) {
-    const std::string hidden = source(".verborgen.mdb", "x");
-    machine.temp.hide("bron/.verborgen.mdb");
+// Each box comes after the copies before it are in place; blank rows, by the thousand, pass unsaid.
+TEST_F(BackupRun, RowsThatCannotBeCopiedAreToldOneByOneAndTheRestGoesOn) {
+    const std::string first = source("a\\NV.ini", "a");
     const std::string missing = machine.temp.drive("bron\\Weg\\NV_Ledger01.mdb");
-    // A count far above the keys leaves blank rows by the thousand; they name no file.
-    Log rows{missing, "", " ", hidden};
-    rows.resize(3000, " ");
-    list(rows);
+    Log listed{first, source("b\\nv.INI", "b"), source("c.ini", "c"), missing, "", first};
+    listed.resize(3000, " ");
+    list(listed);
+    std::vector<Log> onStickAtBox;
+    atBox = [&](const MessageBoxRequest&) { onStickAtBox.push_back(entries(kToday)); };
     run();
 
-    ASSERT_EQ(boxes.shown.size(), 4u);
-    for (std::size_t i : {1u, 2u})
-        expectBox(boxes.shown[i], "Kan bestand niet vinden",
-                  "Het bestand '" + (i == 1 ? missing : hidden) +
-                      " kan niet gevonden worden op deze lokatie\r\n\r\nControleer, nadat het "
-                      "backup programma klaar is, waar het bestand staat of verwijder deze uit "
-                      "de lijst",
-                  Buttons::OK, Icon::Exclamation);
-    expectBox(boxes.shown[3], "Back Up met fout(en)",
+    const std::string duplicate =
+        " bestaat al in de backup directory. U kunt niet twee dezelfde bestanden in dezelfde "
+        "backup directory zetten. \r\n\r\nInformeer over de mogelijkheden bij uw leverancier";
+    ASSERT_EQ(boxes.shown.size(), 5u);
+    expectBox(boxes.shown[1], "Bestand wordt niet gekopieerd", "Het bestand nv.INI" + duplicate,
+              Buttons::OK, Icon::Critical);
+    expectBox(boxes.shown[2], "Kan bestand niet vinden",
+              "Het bestand '" + missing +
+                  " kan niet gevonden worden op deze lokatie\r\n\r\nControleer, nadat het backup "
+                  "programma klaar is, waar het bestand staat of verwijder deze uit de lijst",
+              Buttons::OK, Icon::Exclamation);
+    EXPECT_EQ(boxes.shown[3].text, "Het bestand NV.ini" + duplicate);
+    expectBox(boxes.shown[4], "Back Up met fout(en)",
               "Bestanden gekopieerd naar " + folder() +
                   "\r\n\r\nNiet alle bestanden in de lijst zijn echter gekopieerd door de "
                   "mededelingen die u op het scherm kreeg!",
               Buttons::OK, Icon::Exclamation);
-    EXPECT_TRUE(entries(kToday).empty());
-    EXPECT_EQ(settingsFile(), kSettingsAfter);
-
-    // Blank rows beside files that are there leave a run without flaws.
-    list({"", source("NV.ini", "ini"), " "});
-    rerun();
-    ASSERT_EQ(boxes.shown.size(), 2u);
-    EXPECT_EQ(boxes.shown[1].title, "Back Up");
-    EXPECT_EQ(entries(kToday), Log{"NV.ini"});
-}
-
-// Rows in other letters than the disk: the names keep those on disk, subfolders those of the row.
-TEST_F(BackupRun, OnlyLayoutOneMirrorsAndEveryFolderWrittenIsFlushedBeforeTheLastBox) {
-    source("Data/Norvale/NV.ini", "a");
-    source("Data/Norvale/NV_Ledger01.mdb", "b");
-    list({machine.temp.drive("BRON\\data\\NORVALE\\nv.INI"),
-          machine.temp.drive("BRON\\data\\NORVALE\\nv_ledger01.MDB"),
-          source("Docs\\Offertes\\brief.doc", "c")});
-    AppSettings.Directory = 1;
-    machine.temp.leaveCopyLeftover("stick/" + kToday + "/NORVALE/NV.ini");
-    std::set<std::string> flushedBeforeLastBox;
-    atBox = [&](const MessageBoxRequest&) {
-        flushedBeforeLastBox = {files.flushed.begin(), files.flushed.end()};
-    };
-    run();
-    EXPECT_EQ(boxes.shown.back().title, "Back Up");
-    EXPECT_EQ(entries(kToday), (Log{"NORVALE/", "Offertes/"}));
-    EXPECT_EQ(entries(kToday + "/NORVALE"), (Log{"NV.ini", "NV_Ledger01.mdb"}));
-    EXPECT_EQ(flushedBeforeLastBox,
-              (std::set<std::string>{folder() + "\\NORVALE", folder() + "\\Offertes", folder(),
-                                     stick.drive() + "\\"}));
-
-    AppSettings.Directory = 2;
-    rerun();
-    EXPECT_EQ(entries(kToday), (Log{"NV.ini", "NV_Ledger01.mdb", "brief.doc"}));
-}
-
-// Leftovers of interrupted copies in older backup folders go at the next run, newest folder
-// first, as far as its time allows; those of other folders stay.
-TEST_F(BackupRun, ARunClearsWhatInterruptedCopiesLeftInEveryBackupFolder) {
-    const Log older{"Backup2026-11-01", "Backup2026-11-10(2)/Norvale", "backup2026-11-12"};
-    for (const std::string& where : older)
-        machine.temp.leaveCopyLeftover("stick/" + where + "/NV.ini");
-    machine.temp.write("stick/Backup2026-11-01/NV.ini", "eerder");
-    machine.temp.leaveCopyLeftover("stick/Anders/NV.ini");
-    list({source("NV.ini", "nieuw")});
-    run();
-    EXPECT_EQ(boxes.shown.back().title, "Back Up");
-    EXPECT_EQ(machine.temp.copyLeftovers("stick"), 1u);
-    EXPECT_EQ(machine.temp.copyLeftovers("stick/Anders"), 1u);
-    EXPECT_EQ(machine.temp.read("stick/Backup2026-11-01/NV.ini"), "eerder");
-
-    // Without time to spare only the run's own folder and its subfolders are cleared.
-    for (const std::string& where : older)
-        machine.temp.leaveCopyLeftover("stick/" + where + "/NV.ini");
-    machine.temp.leaveCopyLeftover("stick/" + kToday + "/Norvale/NV.ini");
-    subSweepBackupLeftovers(stick.drive(), folder(), std::chrono::milliseconds(0));
-    EXPECT_EQ(machine.temp.copyLeftovers("stick/" + kToday), 0u);
-    EXPECT_EQ(machine.temp.copyLeftovers("stick"), older.size() + 1);
-    subSweepBackupLeftovers(stick.drive(), folder());
-    EXPECT_EQ(machine.temp.copyLeftovers("stick"), 1u);
-}
-
-// A box shown while copies wait for their commit comes after they are in place.
-TEST_F(BackupRun, TwoRowsForOneDestinationGiveTheBoxDuplicateAfterTheCopiesBeforeItAreInPlace) {
-    const std::string duplicate =
-        " bestaat al in de backup directory. U kunt niet twee dezelfde bestanden in dezelfde "
-        "backup directory zetten. \r\n\r\nInformeer over de mogelijkheden bij uw leverancier";
-    std::vector<Log> onStickAtBox;
-    atBox = [&](const MessageBoxRequest&) { onStickAtBox.push_back(entries(kToday)); };
-
-    // Flat: one bare name from two folders, and one path twice.
-    const std::string first = source("a\\NV.ini", "a");
-    list({first, source("b\\nv.INI", "b"), source("c.ini", "c"), machine.temp.drive("bron\\weg"),
-          first});
-    run();
-    ASSERT_EQ(boxes.shown.size(), 5u);
-    expectBox(boxes.shown[1], "Bestand wordt niet gekopieerd", "Het bestand nv.INI" + duplicate,
-              Buttons::OK, Icon::Critical);
-    EXPECT_EQ(boxes.shown[3].text, "Het bestand NV.ini" + duplicate);
     const Log both{"NV.ini", "c.ini"};
     EXPECT_EQ(onStickAtBox, (std::vector<Log>{{}, {"NV.ini"}, both, both, both}));
     EXPECT_EQ(onStick(kToday + "/NV.ini"), "a");
-
-    // Mirrored: two folders of one name (in other letters) hold one bare name.
-    AppSettings.Directory = 1;
-    list({source("Data\\Norvale\\NV.ini", "nieuw"), source("Oud\\norvale\\NV.ini", "oud"),
-          source("Docs\\Offertes\\NV.ini", "offerte")});
-    rerun();
-    ASSERT_EQ(boxes.shown.size(), 3u);
-    EXPECT_EQ(boxes.shown[1].text, "Het bestand NV.ini" + duplicate);
-    EXPECT_EQ(entries(kToday), (Log{"Norvale/", "Offertes/"}));
-    EXPECT_EQ(onStick(kToday + "/Norvale/NV.ini"), "nieuw");
-    EXPECT_EQ(onStick(kToday + "/Offertes/NV.ini"), "offerte");
+    EXPECT_EQ(settingsFile(), kSettingsAfter);
 }
 
-// What was put in place before the failure is there, whole, when the user reads of it. (A clip
-// that cannot be opened is tried with the real progress window.)
-TEST_F(BackupRun, AFailingCopyFlushOrWindowAbandonsTheRunWithTheBoxOfItsNumber) {
-    const std::string a = source("a.ini", "a"), b = source("b.mdb", "b"), c = source("c.ini", "c");
-    struct Case {
-        int32_t copyFailure, flushFailure;
-        Log rows;
-        std::string title, text;
-        Icon icon;
-        int copies;
-        Log left;
+// What was put in place before a failure is whole when its box shows. (A clip that cannot be
+// opened is tried with the real progress window.)
+TEST_F(BackupRun, AFailureAbandonsTheRunWithTheBoxOfItsNumber) {
+    const std::string a = source("a.ini", std::string(5000, 'a'));
+    const std::string b = source("b.mdb", noise(3 << 20, 3)), c = source("c.ini", "c");
+    const std::string gone = machine.temp.drive("bron\\weg.mdb"), plain = "Norvale Backup";
+    const std::string write = "Fout bij schrijven naar backup schijf";
+    const std::string full =
+        "De backup schijf is vol, verwijder een oude backup map of gebruik een nieuwe schijf";
+    auto readBack = [](const std::string& file) {
+        return "80 Het bestand " + file +
+               " is niet goed op de backup schijf gekomen: de backup schijf gaf bij het "
+               "teruglezen andere gegevens terug dan erop geschreven zijn. Maak de backup "
+               "opnieuw op een andere backup schijf";
     };
+    using Fault = std::function<void(const std::vector<StagedCopy>&)>;
+    const Fault flushFails = [](const auto&) { throw fileFailure(kFailTargetFull); };
+    const Fault lateByteOfB = [](const auto& copies) {
+        FaultyMedium::flipByte(copies[1].temporary, 100);
+    };
+    // A stick that holds less than it says: a later group lands on the copy placed before Missing.
+    const Fault wraps = [&, groups = 0](const std::vector<StagedCopy>&) mutable {
+        if (++groups == 2)
+            std::ofstream(stick.native(kToday + "/a.ini"), std::ios::binary | std::ios::in) << 'c';
+    };
+    // The failing copy, the fault, the rows, the box, how many copies and boxes, what is left.
+    using Case = std::tuple<int32_t, Fault, Log, std::string, std::string, int, std::size_t, Log>;
     const Case cases[] = {
-        {61, 0, {a, b, c}, kWriteTitle, kFullText, Icon::Critical, 2, {"a.ini"}},
-        {76, 0, {a, b, c}, kWriteTitle, kProtectedText, Icon::Critical, 2, {"a.ini"}},
-        {57,
-         0,
-         {a, b, c},
-         "Norvale Backup",
-         "57 Invoer/uitvoer-fout van apparaat",
-         Icon::None,
-         2,
-         {"a.ini"}},
-        // A commit that cannot flush, at the end of the run and before a box in the middle: there
-        // the user hears that the target is full, not of the row, and the rest is not tried.
-        {0, 61, {a, b}, kWriteTitle, kFullText, Icon::Critical, 2, {}},
-        {0,
-         61,
-         {a, machine.temp.drive("bron\\weg.mdb"), b},
-         kWriteTitle,
-         kFullText,
-         Icon::Critical,
-         1,
-         {}},
+        {61, {}, {a, b, c}, write, full, 2, 2, {"a.ini"}},
+        {76, {}, {a, b, c}, write, kProtectedText, 2, 2, {"a.ini"}},
+        {57, {}, {a, b, c}, plain, "57 Invoer/uitvoer-fout van apparaat", 2, 2, {"a.ini"}},
+        {0, flushFails, {a, b}, write, full, 2, 2, {}},
+        {0, flushFails, {a, gone, b}, write, full, 1, 2, {}},
+        {0, lateByteOfB, {a, b, c}, plain, readBack(b), 3, 2, {"a.ini", "c.ini"}},
+        {0, wraps, {a, gone, c}, plain, readBack(a), 2, 3, {"c.ini"}},
     };
-    bool windowUpDuringBox = false;
-    Log atLastBox;
-    atBox = [&](const MessageBoxRequest&) {
-        windowUpDuringBox = windows.copyWindowOpen;
-        atLastBox = entries(kToday);
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(&c - cases);
-        windows.beforeCopy = [&](int copy) {
-            if (copy == 2 && c.copyFailure)
-                throw fileFailure(c.copyFailure);
+    for (const auto& [copyFailure, fault, listed, title, text, copies, shown, left] : cases) {
+        SCOPED_TRACE(text);
+        windows.beforeCopy = [n = copyFailure](int copy) {
+            if (copy == 2 && n)
+                throw fileFailure(n);
         };
-        files.failFlushNumber = c.flushFailure;
-        list(c.rows);
+        files.fault = fault;
+        list(listed);
         rerun();
-        ASSERT_EQ(boxes.shown.size(), 2u);
-        expectBox(boxes.shown[1], c.title, c.text, Buttons::OK, c.icon);
-        EXPECT_TRUE(windowUpDuringBox);
-        EXPECT_EQ(windows.copies, c.copies);
-        EXPECT_EQ(atLastBox, c.left);
-        expectFailed(c.text, c.left);
+        EXPECT_EQ(boxes.shown.size(), shown);
+        expectBox(boxes.shown.back(), title, text, Buttons::OK,
+                  title == write ? Icon::Critical : Icon::None);
+        EXPECT_EQ(windows.copies, copies);
+        expectFailed(title, left);
     }
 
     // A target gone by the time the status is repainted gives one box, and no second round.
@@ -343,107 +210,78 @@ TEST_F(BackupRun, AFailingCopyFlushOrWindowAbandonsTheRunWithTheBoxOfItsNumber) 
     EXPECT_EQ(boxes.shown[1].text, "68 Apparaat niet beschikbaar");
 }
 
-// A stick that gives back other bytes than it was given fails the run with a box that names the
-// file, whether the fault shows at once or only once later copies have landed on earlier ones.
-// Nothing that read back otherwise is left under its name, and no temporary either.
-TEST_F(BackupRun, ACopyTheMediumGivesBackOtherwiseFailsTheRunAndLosesItsName) {
-    std::string late(3 << 20, '\0');
-    for (std::size_t i = 0; i < late.size(); ++i)
-        late[i] = static_cast<char>(i * 7 + i / 4096);
-    const std::string a = source("a.ini", std::string(5000, 'a')), b = source("b.mdb", late);
-    const std::string c = source("c.ini", std::string(6000, 'c'));
-    const std::string d = source("d.ini", std::string(7000, 'd'));
-    struct Case {
-        const char* what;
-        Log rows;
-        bool wrapAround; // else a late byte of b.mdb flips
-        std::string named;
-        Log left;
+TEST_F(BackupRun, FullPathMirrorsTheLastFolderOfTheSource) {
+    const std::pair<std::string, std::string> examples[] = {
+        {"\\\\server\\deel\\map\\x.txt", "\\map"},
+        {"\\\\server\\deel\\x.txt", "\\deel"},
+        {"C:\\Norvale\\NV_Ledger01.mdb", "\\Norvale"},
+        {"C:\\NV_Ledger01.mdb", ""},
     };
-    const Case cases[] = {
-        {"a late byte of one copy", {a, b, c}, false, b, {"a.ini", "c.ini"}},
-        {"the first file reading back as the last, in one group",
-         {a, b, c},
-         true,
-         a,
-         {"b.mdb", "c.ini"}},
-        // The box Missing puts the first copy in place before the others are written.
-        {"the first file reading back as the last, groups apart",
-         {a, machine.temp.drive("bron\\weg.mdb"), c, d},
-         true,
-         a,
-         {"c.ini", "d.ini"}},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.what);
-        files.fault = [](const std::vector<StagedCopy>& copies) {
-            for (const StagedCopy& copy : copies)
-                if (copy.destination.ends_with("b.mdb"))
-                    FaultyMedium::flipByte(copy.temporary, 100);
-        };
-        if (c.wrapAround)
-            files.wrapAround();
-        list(c.rows);
-        rerun();
-        const std::string text = "80 Het bestand " + c.named +
-                                 " is niet goed op de backup schijf gekomen: de backup schijf gaf "
-                                 "bij het teruglezen andere gegevens terug dan erop geschreven "
-                                 "zijn. Maak de backup opnieuw op een andere backup schijf";
-        ASSERT_EQ(boxes.shown.size(), c.rows.size() == 4 ? 3u : 2u);
-        expectBox(boxes.shown.back(), "Norvale Backup", text, Buttons::OK, Icon::None);
-        expectFailed(text, c.left);
-    }
+    for (const auto& [path, part] : examples)
+        EXPECT_EQ(mirroredFolderPart(path), part) << path;
+    EXPECT_EQ(fFullPath(source("Data/Norvale/NV.ini", "x"), folder("Weg")), "");
+    expectBox(boxes.shown.at(0), "Norvale Backup", "Pad niet gevonden\r\nModule: fFullPath 76",
+              Buttons::OK, Icon::None);
 }
 
-// The real files, but every source is found under its bare name and every folder made is kept.
-class NamingFiles : public NativeFiles {
-public:
-    std::string firstMatch(const std::string& pattern) override {
-        if (matchFailure)
-            throw fileFailure(matchFailure);
-        return pattern.substr(pattern.find_last_of('\\') + 1);
+// Production files in Norvale/ and Extra/, each holding its path, and a flat and a mirrored backup.
+class RestoreRun : public BackupRunFixture {
+protected:
+    RestoreRun() {
+        for (const char* file : {"Norvale/NV.ini", "Norvale/stockA.NVD", "Extra/NV.ini"})
+            machine.temp.write(file, file);
+        stick.backupFolder("Flat", {"NV.ini", "stockA.NVD"});
+        stick.backupFolder("Mirror", {"Norvale/NV.ini", "Extra/NV.ini"});
     }
-    void makeFolder(const std::string& path) override {
-        if (folderFailure || !folders.insert(path).second)
-            throw fileFailure(folderFailure ? folderFailure : kFailAccessRefused);
-    }
-    std::set<std::string> folders;
-    int32_t folderFailure = 0, matchFailure = 0;
 };
 
-TEST(FullPath, MirrorsTheLastFolderOfTheSource) {
-    TestMachine machine;
-    NamingFiles files;
-    ScopedPlatformPart<FileSystem> useFiles(&Platform::files, &files);
-    const std::string b = "E:\\Backup2026-11-17";
-    files.folders.insert(b);
-    const std::pair<std::string, std::string> examples[] = {
-        {"C:\\Data\\Norvale\\NV_Ledger01.mdb", b + "\\Norvale\\NV_Ledger01.mdb"},
-        {"D:\\Oud\\Norvale\\NV_Ledger01.mdb", b + "\\Norvale\\NV_Ledger01.mdb"},
-        {"C:\\Users\\user1\\Documenten\\Offertes\\brief.doc", b + "\\Offertes\\brief.doc"},
-        {"C:\\a\\b\\x.txt", b + "\\b\\x.txt"},
-        {"\\\\server\\deel\\map\\x.txt", b + "\\map\\x.txt"},
-        {"\\\\server\\deel\\x.txt", b + "\\deel\\x.txt"},
-        // One level deep the one folder there is mirrors; at a drive's root, nothing.
-        {"C:\\Norvale\\NV_Ledger01.mdb", b + "\\Norvale\\NV_Ledger01.mdb"},
-        {"C:\\NV_Ledger01.mdb", b + "\\NV_Ledger01.mdb"},
-    };
-    for (const auto& [source, destination] : examples)
-        EXPECT_EQ(fFullPath(source, b), destination) << source;
-    EXPECT_EQ(files.folders, (std::set<std::string>{b, b + "\\Norvale", b + "\\Offertes", b + "\\b",
-                                                    b + "\\map", b + "\\deel"}));
-    EXPECT_TRUE(machine.boxes.shown.empty());
+// Two files of one bare name come back only from a folder named after their own.
+TEST_F(RestoreRun, APassRestoresWhatItFindsAndFilesOfOneNameOnlyFromTheirOwnFolder) {
+    const std::string notFound = kRestored + kRestoreNotFoundText;
+    EXPECT_EQ(restore("Flat", {"Norvale/NV.ini", "Norvale/stockA.NVD", "Norvale/Gone.txt"}),
+              notFound);
+    EXPECT_EQ(rows.flags, (std::vector<bool>{false, false, true}));
+    EXPECT_EQ(machine.temp.read("Norvale/stockA.NVD"), "Flat/stockA.NVD");
 
-    // Its own failure path: 75 in silence, any other number one box; both leave the result empty.
-    files.matchFailure = kFailAccessRefused;
-    EXPECT_EQ(fFullPath("C:\\Data\\Norvale\\NV.ini", b), "");
-    EXPECT_TRUE(machine.boxes.shown.empty());
-    files.matchFailure = 0;
-    files.folderFailure = kFailDeviceUnavailable;
-    EXPECT_EQ(fFullPath("C:\\Data\\Norvale\\NV.ini", b), "");
-    ASSERT_EQ(machine.boxes.shown.size(), 1u);
-    expectBox(machine.boxes.shown[0], "Norvale Backup",
-              "Apparaat niet beschikbaar\r\nModule: fFullPath 68", Buttons::OK, Icon::None);
+    EXPECT_EQ(restore("Mirror", {"Norvale/NV.ini", "Extra/NV.ini"}), notFound);
+    EXPECT_EQ(restore("Mirror\\extra"), kRestored + kRestoreSameNameText);
+    EXPECT_EQ(rows.flags, (std::vector<bool>{true, false}));
+    EXPECT_EQ(machine.temp.read("Norvale/NV.ini"), "Flat/NV.ini");
+    EXPECT_EQ(machine.temp.read("Extra/NV.ini"), "Mirror/Extra/NV.ini");
+    EXPECT_EQ(restore("Flat", {"Norvale/NV.ini", "Norvale/NV.ini"}), kRestored); // one file, twice
+}
+
+// A failing copy stops at its row and leaves the file there as it was; leftovers of a killed
+// restore beside its rows go first.
+TEST_F(RestoreRun, AFailingCopyStopsAtItsRowWithTheRowsBeforeItDone) {
+    machine.temp.leaveCopyLeftover("Norvale/NV.ini");
+    machine.temp.leaveCopyLeftover("Extra/NV.ini"); // of no selected row
+    std::ofstream(stick.native("Flat/stockA.NVD"), std::ios::binary) << std::string(200000, 's');
+    files.fault = [](const std::vector<StagedCopy>& copies) {
+        if (copies.back().destination.ends_with("stockA.NVD"))
+            FaultyMedium::flipByte(copies.back().temporary, 5000);
+    };
+    const std::pair<std::string, std::string> cases[] = {
+        {"Missing/stockA.NVD", "76 Pad niet gevonden"},
+        {"Norvale/stockA.NVD", "80 Het bestand " + machine.temp.drive("Norvale/stockA.NVD") +
+                                   " is niet vervangen: de schijf gaf bij het teruglezen andere "
+                                   "gegevens terug dan erop geschreven zijn"},
+    };
+    for (const auto& [row, text] : cases) {
+        std::string failure;
+        try {
+            restore("Flat", {"Norvale/NV.ini", row, "Norvale/Gone.txt"});
+        } catch (const FileFailure& thrown) {
+            failure = std::to_string(thrown.Number) + " " + thrown.Description;
+        }
+        EXPECT_EQ(failure, text);
+        EXPECT_EQ(intLoop, 1);
+        EXPECT_EQ(rows.flags, (std::vector<bool>{false, true, true}));
+        EXPECT_EQ(machine.temp.read("Norvale/NV.ini"), "Flat/NV.ini");
+        EXPECT_EQ(machine.temp.read("Norvale/stockA.NVD"), "Norvale/stockA.NVD");
+        EXPECT_EQ(machine.temp.copyLeftovers("Norvale"), 0u);
+    }
+    EXPECT_EQ(machine.temp.copyLeftovers("Extra"), 1u);
 }
 
 } // namespace

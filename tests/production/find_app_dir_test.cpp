@@ -6,151 +6,122 @@
 #include "support/ExpectBox.h"
 #include "support/TestMachine.h"
 
-#include <filesystem>
+#include <algorithm>
 #include <gtest/gtest.h>
 
 using namespace nv;
 using nvtest::crlf;
-namespace fs = std::filesystem;
+using Rows = std::vector<std::string>;
 
 namespace {
 
-// The temporary folder stands in for the program files folder, so that an install below it is
-// an install under program files: only the first two components take part in that compare.
+// The temporary folder stands in for program files: the first two components compare, in any case.
 class FindAppDirTest : public ::testing::Test {
 protected:
-    void SetUp() override {
-        std::vector<std::string> parts = splitPath(machine.temp.drive());
-        programFiles = parts[0] + "\\" + parts[1];
-        machine.folders.folders[CSIDL_PROGRAM_FILES] = programFiles;
-        machine.folders.folders[CSIDL_APPDATA] =
-            machine.temp.drive("Users\\user1\\AppData\\Roaming");
-        machine.folders.folders[CSIDL_LOCAL_APPDATA] =
-            machine.temp.drive("Users\\user1\\AppData\\Local");
+    FindAppDirTest() {
+        const Rows parts = splitPath(t.drive());
+        programFiles = upperCase(parts[0] + "\\" + parts[1]);
+        machine.folders.folders = {{CSIDL_PROGRAM_FILES, programFiles},
+                                   {CSIDL_APPDATA, t.drive("Users\\user1\\AppData\\Roaming")},
+                                   {CSIDL_LOCAL_APPDATA, t.drive("Users\\user1\\AppData\\Local")}};
     }
-
-    std::string read(const std::string& ini, const std::string& section, const std::string& key) {
+    std::string read(const std::string& section, const std::string& key) {
         return fReadIni(ini, section, key, "<missing>");
     }
 
-    // The VirtualStore folder of the install, relative to the temporary folder: the install's
-    // whole path below the drive shows up again under VirtualStore.
-    std::string virtualStore() const {
-        std::string tail = machine.temp.drive().substr(2) + "\\Program Files\\Norvale\\";
-        for (char& c : tail)
-            if (c == '\\')
-                c = '/';
-        return "Users/user1/AppData/Local/VirtualStore" + tail;
-    }
-
     nvtest::TestMachine machine;
-    std::string programFiles;
+    nvtest::TempFolder& t = machine.temp;
+    std::string programFiles, path, ini;
+    uint8_t status = 0;
 };
 
 TEST_F(FindAppDirTest, InstallUnderProgramFilesBringsTheFilesToThePerUserFolder) {
-    auto& t = machine.temp;
-    const std::string vsSub = virtualStore();
+    // The install's whole path below the drive shows up again under VirtualStore.
+    std::string vs =
+        "Users/user1/AppData/Local/VirtualStore" + t.drive().substr(2) + "/Program Files/Norvale/";
+    std::replace(vs.begin(), vs.end(), '\\', '/');
     const std::string prod = "Users/user1/AppData/Roaming/Norvale/";
+    const std::string inProgram = "Program Files/Norvale/", program = t.drive(inProgram);
     t.write(prod + "NV_Ledger01.mdb", "prod");
-    for (const char* name :
+    for (const std::string name :
          {"NV_Ledger01.mdb", "NV_Lists97.mdb", "NV.ini", "NV_stock.NVD", "stockA.NVD"})
-        t.write(vsSub + name, std::string("vs:") + name);
-    for (const char* name :
+        t.write(vs + name, "vs:" + name);
+    for (const std::string name :
          {"NV_Ledger01.mdb", "NV_Lists97.mdb", "panels.ini", "NV_Entity.NVD", "Nota.ini"})
-        t.write(std::string("Program Files/Norvale/") + name, std::string("prog:") + name);
-    const std::string program = t.drive("Program Files\\Norvale");
-    t.write("Program Files/Norvale/NVbackuptool.ini",
+        t.write(inProgram + name, "prog:" + name);
+    t.write(inProgram + "NVbackuptool.ini",
             crlf("[Basic settings]\nAantalFiles=3\n[Backupfiles]\nBackUpfile1=" + program +
-                 "\\NV_Ledger01.mdb\nBackUpfile2=" + program +
-                 "\\stockA.NVD\nBackUpfile3=D:\\Brieven\\offerte.doc\n"));
+                 "NV_Ledger01.mdb\nBackUpfile2=" + program +
+                 "stockA.NVD\nBackUpfile3=D:\\Brieven\\offerte.doc\n"));
 
-    std::string path = program;
-    uint8_t status = 0;
-    std::string production = fFindAppDir(path, status);
-
-    EXPECT_EQ(path, program + "\\");
-    EXPECT_EQ(production, t.drive("Users\\user1\\AppData\\Roaming\\Norvale\\"));
+    path = program.substr(0, program.size() - 1);
+    const std::string production = fFindAppDir(path, status);
+    ini = production + "NVbackuptool.ini";
+    EXPECT_EQ(production, t.drive(prod));
     EXPECT_EQ(status, 2); // Refresh.ini is nowhere
-    // A file already in the per-user folder stays, and so does the one that would replace it.
-    EXPECT_EQ(t.read(prod + "NV_Ledger01.mdb"), "prod");
-    EXPECT_EQ(t.read(vsSub + "NV_Ledger01.mdb"), "vs:NV_Ledger01.mdb");
-    for (const char* moved : {"NV_Lists97.mdb", "NV.ini", "NV_stock.NVD"}) {
-        EXPECT_EQ(t.read(prod + moved), std::string("vs:") + moved);
-        EXPECT_FALSE(t.exists(vsSub + moved)) << moved;
-    }
-    for (const char* copied : {"panels.ini", "NV_Entity.NVD", "Nota.ini"})
-        EXPECT_EQ(t.read(prod + copied), std::string("prog:") + copied);
-    // The program folder keeps all it had; the old-style file goes from the VirtualStore.
-    for (const char* name : {"NV_Ledger01.mdb", "NV_Lists97.mdb", "panels.ini", "NV_Entity.NVD",
-                             "Nota.ini", "NVbackuptool.ini"})
-        EXPECT_TRUE(t.exists(std::string("Program Files/Norvale/") + name)) << name;
-    EXPECT_FALSE(t.exists(vsSub + "stockA.NVD"));
-    EXPECT_FALSE(t.exists(prod + "Refresh.ini"));
-
-    // The settings file came along, lost its old-style row and kept the user's own.
-    const std::string ini = production + "NVbackuptool.ini";
-    EXPECT_EQ(read(ini, "Basic settings", "dirfrom"), production);
-    EXPECT_EQ(read(ini, "Basic settings", "AantalFiles"), "10");
-    EXPECT_EQ(read(ini, "Backupfiles", "BackUpfile1"), production + "NV_Ledger01.mdb");
-    EXPECT_EQ(read(ini, "Backupfiles", "BackUpfile2"), "D:\\Brieven\\offerte.doc");
-    EXPECT_EQ(read(ini, "Backupfiles", "BackUpfile10"), production + "NV_stock.NVD");
     EXPECT_TRUE(machine.boxes.shown.empty());
-    for (const auto& name : AppSettings.strKnownFiles)
-        EXPECT_TRUE(name.empty());
-
-    // The next start finds every file in place and leaves the list as it is.
-    EXPECT_EQ(fFindAppDir(path, status), production);
-    EXPECT_EQ(read(ini, "Basic settings", "AantalFiles"), "10");
+    // The VirtualStore's files move, the program's are copied; none replaces one already there.
+    EXPECT_EQ(t.read(prod + "NV_Ledger01.mdb") + t.read(vs + "NV_Ledger01.mdb"),
+              "prodvs:NV_Ledger01.mdb");
+    for (const std::string name : {"NV_Lists97.mdb", "NV.ini", "NV_stock.NVD"}) {
+        EXPECT_EQ(t.read(prod + name), "vs:" + name);
+        EXPECT_FALSE(t.exists(vs + name)) << name;
+    }
+    for (const std::string name : {"panels.ini", "NV_Entity.NVD", "Nota.ini", "NVbackuptool.ini"})
+        EXPECT_TRUE(t.exists(prod + name) && t.exists(inProgram + name)) << name;
+    EXPECT_FALSE(t.exists(vs + "stockA.NVD"));
+    EXPECT_EQ(read("Basic settings", "dirfrom"), production);
+    EXPECT_EQ(read("Backupfiles", "BackUpfile1"), production + "NV_Ledger01.mdb");
+    EXPECT_EQ(read("Backupfiles", "BackUpfile2"), "D:\\Brieven\\offerte.doc");
+    EXPECT_EQ(read("Basic settings", "AantalFiles"), "10");
 }
 
-TEST_F(FindAppDirTest, TheProgramFilesCompareTakesWholeComponentsInAnyCase) {
-    auto& t = machine.temp;
-    t.write("Program Files/Norvale/NV_Ledger01.mdb", "x");
-    std::string path = t.drive("Program Files\\Norvale\\");
-    uint8_t status = 0;
-
-    machine.folders.folders[CSIDL_PROGRAM_FILES] = upperCase(programFiles);
-    EXPECT_EQ(fFindAppDir(path, status), t.drive("Users\\user1\\AppData\\Roaming\\Norvale\\"));
-    EXPECT_EQ(status, 1); // NV_Lists97.mdb is nowhere
-
-    // A folder that merely begins with the same letters is elsewhere.
+// A folder that merely begins with the letters of program files is elsewhere.
+TEST_F(FindAppDirTest, ElsewhereTheFilesStayAndAPathWithoutADriveLetterGivesUp) {
     machine.folders.folders[CSIDL_PROGRAM_FILES] = programFiles.substr(0, programFiles.size() - 1);
-    EXPECT_EQ(fFindAppDir(path, status), path);
-}
-
-// Not under program files the files stay put; the list is reconciled all the same.
-TEST_F(FindAppDirTest, ElsewhereTheFilesStayAndOnlyAMissingRequiredOneGivesStatusOne) {
-    auto& t = machine.temp;
-    machine.folders.folders[CSIDL_PROGRAM_FILES] = "C:\\Program Files";
-    for (int row = 0; row <= 10; ++row)
-        if (row != 8 && row != 9)
-            t.write("Apps/Norvale/" + fKnownFileName(row), "data");
+    t.write("Apps/Norvale/NV_Ledger01.mdb", "data");
     t.write("Apps/Norvale/stockA.NVD", "old");
-    const std::string program = t.drive("Apps\\Norvale\\");
-    const std::string ini = program + "NVbackuptool.ini";
-    std::string path = program;
-    uint8_t status = 0;
-    EXPECT_EQ(fFindAppDir(path, status), program);
-    EXPECT_EQ(status, 2);
+    path = t.drive("Apps\\Norvale\\");
+    EXPECT_EQ(fFindAppDir(path, status), path);
     EXPECT_FALSE(t.exists("Apps/Norvale/stockA.NVD"));
     EXPECT_FALSE(t.exists("Users"));
-    EXPECT_EQ(read(ini, "Basic settings", "dirfrom"), program);
 
-    fs::remove(t.native("Apps/Norvale/NV_Entity.NVD"));
-    t.write("Apps/Norvale/NVbackuptool.ini", "");
-    EXPECT_EQ(fFindAppDir(path, status), program);
-    EXPECT_EQ(status, 1);
-    EXPECT_EQ(read(ini, "Basic settings", "AantalFiles"), "9");
-    EXPECT_EQ(read(ini, "Basic settings", "dirfrom"), program);
-
-    // Without a drive letter it gives up, with one box.
     path = "\\\\server\\share\\Norvale";
-    status = 7;
     EXPECT_EQ(fFindAppDir(path, status), "");
-    EXPECT_EQ(status, 7);
-    ASSERT_EQ(machine.boxes.shown.size(), 1u);
-    nvtest::expectBox(machine.boxes.shown[0], "Norvale Backup", "Geen Directory", Buttons::OK,
+    EXPECT_EQ(machine.boxes.shown.size(), 1u);
+    nvtest::expectBox(machine.boxes.shown.at(0), "Norvale Backup", "Geen Directory", Buttons::OK,
                       Icon::None);
+}
+
+// A hand-edited list: known files are matched by name alone, stockA and then stockB's first row
+// go, a folder row loses its trailing backslash, and empty rows stay.
+TEST(Reconcile, OddRowsAreMatchedByNameAloneAndEmptyRowsStay) {
+    nvtest::TestMachine machine;
+    for (int row = 0; row <= 10; ++row)
+        AppSettings.strKnownFiles[static_cast<std::size_t>(row)] = fKnownFileName(row);
+    const std::string folder = "C:\\Users\\user1\\AppData\\Roaming\\Norvale\\";
+    const Rows rows{"E:\\elders\\nv_ledger01.MDB",
+                    "C:\\Oud\\stockB.NVD",
+                    "",
+                    "C:\\Data\\Map\\",
+                    folder + "NV_LISTS97.MDB",
+                    "C:\\Oud\\stockA.NVD",
+                    "C:\\Oud\\stockB.NVD"};
+    std::string text = "[Basic settings]\nAantalFiles=7\n[Backupfiles]\n";
+    for (std::size_t n = 0; n < rows.size(); ++n)
+        text += rowKey(static_cast<int>(n + 1)) + "=" + rows[n] + "\n";
+    machine.temp.write("NVbackuptool.ini", crlf(text));
+    const std::string ini = machine.temp.drive("NVbackuptool.ini");
+    subReconcileBackupList(folder, ini);
+
+    Rows after; // the production folder's files by bare name, and one row past the count
+    for (int n = 1; n <= std::stoi(fReadIni(ini, "Basic settings", "AantalFiles", "0")) + 1; ++n) {
+        const std::string row = fReadIni(ini, "Backupfiles", rowKey(n), "<missing>");
+        after.push_back(row.starts_with(folder) ? row.substr(folder.size()) : row);
+    }
+    EXPECT_EQ(after, (Rows{"NV_Ledger01.mdb", "", "C:\\Data\\Map", "NV_LISTS97.MDB",
+                           "C:\\Oud\\stockB.NVD", "panels.ini", "NV_Entity.NVD", "NVbackuptool.ini",
+                           "Nota.ini", "NV.ini", "Refresh.ini", "NV_stock.NVD", ""}));
 }
 
 } // namespace

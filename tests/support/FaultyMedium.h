@@ -3,14 +3,8 @@
 #include "platform/FileSystem.h"
 #include "support/TempFolder.h"
 
-#include <algorithm>
-#include <filesystem>
 #include <fstream>
 #include <functional>
-#include <iterator>
-#include <optional>
-#include <string>
-#include <vector>
 
 #ifdef _WIN32
 #include "platform/win32/Win32FileSystem.h"
@@ -30,9 +24,8 @@ struct NativeFiles : nv::PosixFileSystem {
 };
 #endif
 
-// The files of this machine on a medium that does not always give back what it was given: once
-// a group of copies is flushed, fault may change what the medium holds. Nothing else differs,
-// so what the file layer reads back and compares is the real thing.
+// The files of this machine on a medium that may change what it holds once a group of copies is
+// flushed (fault); it keeps the folders it flushed, and takes names as FAT does when told.
 class FaultyMedium : public NativeFiles {
 public:
     void flushStaged(const std::vector<nv::StagedCopy>& copies) override {
@@ -40,45 +33,25 @@ public:
         if (fault)
             fault(copies);
     }
+    void flushFolder(const std::string& folder) override {
+        flushed.push_back(folder);
+        NativeFiles::flushFolder(folder);
+    }
+    nv::NameRules nameRulesOf(const std::string& folder) override {
+        return fatNames ? nv::NameRules::Fat : NativeFiles::nameRulesOf(folder);
+    }
+    // One byte flipped, fromEnd bytes before the end: a worn block.
+    static void flipByte(const std::string& native, std::streamoff fromEnd) {
+        std::fstream file(fromUtf8(native), std::ios::binary | std::ios::in | std::ios::out);
+        file.seekg(-fromEnd, std::ios::end);
+        const char flipped = static_cast<char>(file.peek() ^ 0x5A);
+        file.seekp(-fromEnd, std::ios::end);
+        file.put(flipped);
+    }
+
     std::function<void(const std::vector<nv::StagedCopy>&)> fault;
-
-    // One byte flipped, some way from the end: a worn block late in the file.
-    static void flipByte(const std::string& native, std::uintmax_t fromEnd) {
-        const std::filesystem::path path = fromUtf8(native);
-        const auto at = static_cast<std::streamoff>(std::filesystem::file_size(path) - fromEnd);
-        std::fstream file(path, std::ios::binary | std::ios::in | std::ios::out);
-        file.seekg(at);
-        char c = static_cast<char>(file.get() ^ 0x5A);
-        file.seekp(at);
-        file.put(c);
-    }
-
-    // A stick that holds less than it says: what it takes past its real end lands on what it
-    // took first. At every flush the group's last file is written over the first file of the
-    // whole run, in the first file's own length, placed or not.
-    void wrapAround() {
-        first_.reset();
-        fault = [this](const std::vector<nv::StagedCopy>& copies) {
-            if (!first_)
-                first_ = copies.front();
-            const nv::StagedCopy& last = copies.back();
-            if (last.temporary == first_->temporary)
-                return;
-            const bool sameGroup = std::any_of(copies.begin(), copies.end(), [&](const auto& c) {
-                return c.temporary == first_->temporary;
-            });
-            const std::filesystem::path victim =
-                fromUtf8(sameGroup ? first_->temporary : first_->target);
-            std::ifstream in(fromUtf8(last.temporary), std::ios::binary);
-            std::string bytes(std::istreambuf_iterator<char>(in), {});
-            bytes.resize(std::filesystem::file_size(victim), '\0');
-            std::fstream(victim, std::ios::binary | std::ios::in | std::ios::out)
-                .write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-        };
-    }
-
-private:
-    std::optional<nv::StagedCopy> first_;
+    std::vector<std::string> flushed;
+    bool fatNames = false;
 };
 
 } // namespace nvtest

@@ -1,13 +1,11 @@
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <string>
 
 namespace nvtest {
 
-// Bytes that no file system can squeeze and in which no block looks like another, drawn from
-// state (not 0), which goes on where the last call left it.
+// Bytes no file system can squeeze, no block like another, from state (not 0), which goes on.
 inline void fillNoise(char* bytes, std::size_t size, std::uint64_t& state) {
     for (std::size_t i = 0; i < size; ++i) {
         state ^= state << 13;

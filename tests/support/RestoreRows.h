@@ -3,7 +3,6 @@
 #include "restore/RestoreRun.h"
 
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace nvtest {
@@ -16,7 +15,6 @@ public:
         texts = std::move(rows);
         flags.assign(texts.size(), true);
     }
-
     int count() const override { return static_cast<int>(texts.size()); }
     std::string text(int row) const override { return texts[row]; }
     bool selected(int row) const override { return flags[row]; }
