@@ -3,7 +3,6 @@
 // devices, mounted under /media as a desktop mounts them (root only; skipped elsewhere).
 #include "platform/FileFailure.h"
 #include "platform/posix/DriveTable.h"
-#include "platform/posix/Mounts.h"
 #include "platform/posix/PosixFileSystem.h"
 #include "platform/posix/PosixPathResolution.h"
 #include "support/FailureOf.h"
@@ -12,7 +11,6 @@
 #include <fstream>
 #include <gtest/gtest.h>
 #include <map>
-#include <sstream>
 #include <sys/mount.h>
 #include <unistd.h>
 
@@ -68,23 +66,22 @@ TEST(DriveLetterMemory, AVolumeKeepsItsLetterAcrossStartsAndPlugOrders) {
 
 TEST(DriveLetterMemory, WhenEveryLetterIsHeldTheVolumeSeenLongestAgoGivesItsLetter) {
     nvtest::TempFolder temp;
-    const fs::path file = temp.native("letters");
     // D: to Z: held by 23 volumes; V17 seen longest ago, then V3 and V5 alike.
     std::vector<std::string> all;
-    std::ofstream out(file);
+    std::string held;
     for (int i = 0; i < 23; ++i) {
         all.push_back("point:/media/v" + std::to_string(i));
         const int seen = i == 17 ? 10 : (i == 3 || i == 5) ? 20 : 100 + i;
-        out << char('D' + i) << ' ' << seen << ' ' << all.back() << "\n";
+        held += char('D' + i) + (" " + std::to_string(seen) + " " + all.back() + "\n");
     }
-    out.close();
+    temp.write("letters", held);
     // V17 is plugged in and keeps its letter, so the newcomers take V3's G: and V5's I:; with
     // every letter then taken by a present volume, a third gets none.
-    EXPECT_EQ(given(file, {all[17], "label:NEW1", "label:NEW2"}, 500), "UGI");
-    all[3] = "label:NEW1";
-    all[5] = "label:NEW2";
+    EXPECT_EQ(given(temp.native("letters"), {all[17], "label:NEW1", "label:NEW2"}, 500), "UGI");
+    all[3] = "label:NEW1", all[5] = "label:NEW2";
     all.push_back("label:NEW3");
-    EXPECT_EQ(given(file, all, 600), "DEFGHIJKLMNOPQRSTUVWXYZ" + std::string(1, '\0'));
+    EXPECT_EQ(given(temp.native("letters"), all, 600),
+              "DEFGHIJKLMNOPQRSTUVWXYZ" + std::string(1, '\0'));
 }
 
 TEST(DriveLetterMemory, ADamagedOrUnreadableFileIsRebuiltNeverAReasonToFail) {
@@ -195,7 +192,8 @@ TEST(MountedStick, AnotherStickInTheSamePlaceIsReadAnew) {
     nvtest::TempFolder temp;
     const fs::path point = temp.native("stick");
     fs::create_directories(point);
-    if (::geteuid() != 0 || ::mount("nvtest", point.c_str(), "tmpfs", 0, "size=1m") != 0)
+    auto mount = [&] { return ::mount("nvtest", point.c_str(), "tmpfs", 0, "size=1m") == 0; };
+    if (::geteuid() != 0 || !mount())
         GTEST_SKIP() << "needs root to mount tmpfs";
     DriveTable::Options o = DriveTable::foldersOnly();
     o.mountinfoPath = "/proc/self/mountinfo";
@@ -206,7 +204,7 @@ TEST(MountedStick, AnotherStickInTheSamePlaceIsReadAnew) {
     EXPECT_EQ(files.firstMatch("E:\\oud.txt"), "OUD.TXT");
     ASSERT_EQ(::umount2(point.c_str(), MNT_DETACH), 0);
     EXPECT_FALSE(table.ready('E'));
-    ASSERT_EQ(::mount("nvtest", point.c_str(), "tmpfs", 0, "size=1m"), 0);
+    ASSERT_TRUE(mount());
     std::ofstream(point / "Nieuw.txt") << "x";
     EXPECT_EQ(files.firstMatch("E:\\oud.txt"), "");
     EXPECT_EQ(files.firstMatch("E:\\NIEUW.TXT"), "Nieuw.txt");
@@ -217,64 +215,44 @@ bool shell(const std::string& command) {
     return std::system((command + " >/dev/null 2>&1").c_str()) == 0;
 }
 
-std::string readAll(const char* path) {
-    std::ostringstream all;
-    all << std::ifstream(path).rdbuf();
-    return all.str();
-}
-
-// A labelled stick image (STICKA has uuid aaaaaaaa-...), with the links the device manager gives
-// it under disk/ while it is plugged in.
+// A labelled stick image (STICKA has uuid aaaaaaaa-...; a FAT volume id is its first 8 digits),
+// with the links the device manager gives it under disk/ while it is plugged in.
 struct Stick {
     Stick(const fs::path& folder, char name, const std::string& type)
-        : image(folder / (std::string(1, name) + ".img")), disk(folder / "disk"),
+        : image((folder / (std::string(1, name) + ".img")).string()),
           label("STICK" + std::string(1, name)), type(type),
-          uuid(std::string(8, name + 32) + "-0000-4000-8000-00000000000" + char(name + 32)) {
-        // A FAT volume id is 8 hex digits, shown as AAAA-AAAA.
-        const std::string make = type == "vfat"
-                                     ? "mkfs.vfat -n " + label + " -i " + uuid.substr(0, 8)
-                                     : "mkfs.ext4 -q -F -L " + label + " -U " + uuid;
-        made = shell("truncate -s 40M '" + image.string() + "'") &&
-               shell(make + " '" + image.string() + "'");
+          uuid(std::string(8, name + 32) + "-0000-4000-8000-00000000000" + char(name + 32)),
+          links((folder / "disk/by-uuid" / uuid).string() + " " +
+                (folder / "disk/by-label" / label).string()) {
+        made = shell("truncate -s 40M " + image + " && " +
+                     (type == "vfat" ? "mkfs.vfat -n " + label + " -i " + uuid.substr(0, 8)
+                                     : "mkfs.ext4 -q -F -L " + label + " -U " + uuid) +
+                     " " + image);
     }
     ~Stick() { unplug(); }
-    std::vector<fs::path> links() const {
-        return {disk / "by-uuid" / uuid, disk / "by-label" / label};
-    }
     bool plugIn(const fs::path& at) {
-        fs::create_directories(at);
-        if (!shell("mount -t " + type + " -o loop '" + image.string() + "' '" + at.string() + "'"))
-            return false;
         point = at;
-        const auto mounts = parseMountinfo(readAll("/proc/self/mountinfo"));
-        for (const fs::path& link : links()) {
-            fs::create_directories(link.parent_path());
-            fs::create_symlink(mountHolding(mounts, at)->source, link);
-        }
-        return true;
+        return shell("mkdir -p " + at.string() + " && mount -t " + type + " -o loop " + image +
+                     " " + at.string() + " && for l in " + links +
+                     "; do mkdir -p $(dirname $l) && ln -s $(findmnt -no SOURCE " + at.string() +
+                     ") $l; done");
     }
     void unplug() {
-        if (point.empty())
-            return;
-        for (const fs::path& link : links())
-            fs::remove(link);
-        ::umount2(point.c_str(), 0);
-        fs::remove(point);
+        if (!point.empty())
+            shell("rm -f " + links + "; umount " + point.string() + "; rmdir " + point.string());
         point.clear();
     }
 
-    fs::path image, disk, point;
-    std::string label, type, uuid;
+    std::string image, label, type, uuid, links;
+    fs::path point;
     bool made = false;
 };
 
 class RealSticks : public ::testing::Test {
 protected:
     void SetUp() override {
-        const std::string kernel = readAll("/proc/filesystems");
-        auto has = [&](const std::string& type) {
-            return shell("command -v mkfs." + type) &&
-                   kernel.find("\t" + type + "\n") != kernel.npos;
+        auto has = [](const std::string& type) {
+            return shell("command -v mkfs." + type + " && grep -qw " + type + " /proc/filesystems");
         };
         if (::geteuid() != 0 || !has("ext4"))
             GTEST_SKIP() << "needs root, mkfs.ext4 and ext4 in the kernel";
@@ -291,7 +269,7 @@ protected:
     void TearDown() override {
         sticks.clear();
         std::error_code ec;
-        fs::remove_all(media, ec);
+        fs::remove(media, ec);
     }
 
     Stick& stick(char name) { return *sticks[static_cast<std::size_t>(name - 'A')]; }
@@ -326,12 +304,11 @@ TEST_F(RealSticks, EveryStickKeepsItsLetterAndTheTargetReachesOnlyItsOwn) {
     std::map<char, char> letters; // stick → the letter it got first
     for (const auto& [newStart, plugged] : steps) {
         SCOPED_TRACE(plugged);
-        for (char name : {'A', 'B', 'C'}) {
-            const bool wanted = plugged.find(name) != std::string::npos;
-            if (!wanted)
+        for (char name : {'A', 'B', 'C'})
+            if (plugged.find(name) == std::string::npos)
                 stick(name).unplug();
-            ASSERT_TRUE(!wanted || !stick(name).point.empty() || plug(name));
-        }
+            else
+                ASSERT_TRUE(!stick(name).point.empty() || plug(name));
         if (newStart) {
             table.reset();
             table = start();
@@ -339,16 +316,15 @@ TEST_F(RealSticks, EveryStickKeepsItsLetterAndTheTargetReachesOnlyItsOwn) {
         std::set<char> seen;
         for (char name : plugged) {
             const DriveInfo d = listed(*table, 0, stick(name).point);
-            EXPECT_EQ(d.label, "STICK" + std::string(1, name));
+            EXPECT_EQ(d.label, stick(name).label);
             EXPECT_EQ(letters.try_emplace(name, d.letter).first->second, d.letter) << name;
-            EXPECT_TRUE(d.letter != 0 && seen.insert(d.letter).second)
-                << name << " shares a letter";
+            EXPECT_TRUE(d.letter != 0 && seen.insert(d.letter).second) << name << " shares one";
         }
-        const char target = letters.at('B');
         const bool there = plugged.find('B') != std::string::npos;
-        EXPECT_EQ(table->ready(target), there);
+        EXPECT_EQ(table->ready(letters.at('B')), there);
         PosixFileSystem files(*table);
-        EXPECT_EQ(failureOf([&] { files.writeFile(std::string(1, target) + ":\\NV.ini", "x"); }),
+        const std::string ini = std::string(1, letters.at('B')) + ":\\NV.ini";
+        EXPECT_EQ(failureOf([&] { files.writeFile(ini, "x"); }),
                   there ? 0 : kFailDeviceUnavailable);
         for (char name : plugged)
             EXPECT_EQ(fs::exists(stick(name).point / "NV.ini"), name == 'B') << name;
@@ -364,8 +340,8 @@ TEST_F(RealSticks, AGivenStickIsConnectedOnlyWhileItIsMountedWhereItWas) {
     PosixFileSystem files(*table);
     for (const char mounted : {'B', ' ', 'C', 'B'}) {
         SCOPED_TRACE(mounted);
-        for (char name : {'B', 'C'})
-            stick(name).unplug();
+        stick('B').unplug();
+        stick('C').unplug();
         fs::create_directories(point); // the empty folder a forced removal leaves
         ASSERT_TRUE(mounted == ' ' || stick(mounted).plugIn(point));
         const bool ready = mounted == 'B';
@@ -376,8 +352,8 @@ TEST_F(RealSticks, AGivenStickIsConnectedOnlyWhileItIsMountedWhereItWas) {
         fs::remove(point / "Backup2026-11-17");
         // The list still names the letter, with the label while the stick is there; a plain
         // folder given the same way is there all along.
-        EXPECT_EQ(listed(*table, 'E').label, ready ? "STICKB" : "");
-        EXPECT_EQ(listed(*table, 'E').letter, 'E');
+        const DriveInfo e = listed(*table, 'E');
+        EXPECT_EQ(e.letter + e.label, ready ? "ESTICKB" : "E");
         EXPECT_TRUE(table->ready('F'));
     }
 }

@@ -27,83 +27,75 @@ protected:
 };
 
 // Another program's change can fall in the same clock tick as the last listing, so a folder's
-// times alone could not tell it.
+// times alone could not tell it. Each step writes (+), removes (-) or moves (>) and looks.
 TEST_F(PosixFiles, OtherWritersChangesShowAtOnce) {
-    temp.write("Data/NV.ini", "x");
-    EXPECT_EQ(files.firstMatch("T:\\data\\nieuw.txt"), "");
-    EXPECT_EQ(files.firstMatch("T:\\DATA\\nv.INI"), "NV.ini");
-    temp.write("Data/Nieuw.txt", "x");
-    EXPECT_EQ(files.firstMatch("T:\\data\\NIEUW.TXT"), "Nieuw.txt");
-    fs::rename(temp.native("Data/Nieuw.txt"), temp.native("Data/NIEUW.txt"));
-    EXPECT_EQ(files.firstMatch("T:\\data\\nieuw.txt"), "NIEUW.txt");
-    fs::remove(temp.native("Data/NIEUW.txt"));
-    EXPECT_EQ(files.firstMatch("T:\\data\\nieuw.txt"), "");
-    // A folder in other letters, made after its parent was read.
-    fs::rename(temp.native("Data"), temp.native("DATA2"));
-    EXPECT_EQ(files.firstMatch("T:\\data2\\nv.ini"), "NV.ini");
-    // A folder whose parent moves hears nothing of it, and another takes its place.
-    temp.write("a/data/x.txt", "oud");
-    EXPECT_EQ(files.firstMatch("T:\\a\\data\\X.TXT"), "x.txt");
-    fs::rename(temp.native("a"), temp.native("a.oud"));
-    temp.write("a/data/Y.txt", "nieuw");
-    EXPECT_EQ(files.firstMatch("T:\\a\\data\\X.TXT"), "");
-    EXPECT_EQ(files.firstMatch("T:\\a\\data\\y.txt"), "Y.txt");
-}
-
-TEST_F(PosixFiles, TheProgramsOwnCopiesMovesAndDeletesKeepTheNamesRight) {
-    temp.write("bron.dat", "inhoud");
-    files.makeFolder("T:\\Backup");
-    for (int i = 0; i < 20; ++i)
-        files.copyFile("T:\\bron.dat", "T:\\Backup\\f" + std::to_string(i) + ".dat");
-    // A copy of a batch, staged first and flushed with the others before it takes its name.
-    auto staged = files.stageCopy("T:\\bron.dat", "T:\\backup\\F20.DAT");
-    ASSERT_TRUE(staged);
-    files.flushStaged({*staged});
-    files.placeStaged(*staged);
-    EXPECT_EQ(files.firstMatch("T:\\BACKUP\\F7.DAT"), "f7.dat");
-    EXPECT_EQ(files.firstMatch("T:\\backup\\f20.dat"), "F20.DAT");
-    // A copy onto a name in other letters replaces that file instead of adding a second one.
-    temp.write("bron.dat", "nieuw");
-    files.copyFile("T:\\bron.dat", "T:\\backup\\F3.DAT");
-    EXPECT_EQ(temp.read("Backup/f3.dat"), "nieuw");
-    files.moveFile("T:\\backup\\F1.DAT", "T:\\backup\\g1.dat");
-    EXPECT_EQ(files.firstMatch("T:\\backup\\F1.DAT"), "");
-    EXPECT_EQ(files.firstMatch("T:\\backup\\G1.DAT"), "g1.dat");
-    files.deleteFile("T:\\BACKUP\\F2.DAT");
-    EXPECT_EQ(files.firstMatch("T:\\backup\\f2.dat"), "");
-    // 21 made, one deleted: the copy onto F3.DAT added none.
-    EXPECT_EQ(files.listFiles("T:\\backup", "*.*").size(), 20u);
-}
-
-TEST_F(PosixFiles, MoreFoldersThanTheIndexHoldsStayRight) {
-    const int count = static_cast<int>(FolderIndex::kMaxFolders) + 8;
-    auto folder = [](int i) { return "d" + std::to_string(i); };
-    for (int i = 0; i < count; ++i) {
-        temp.write(folder(i) + "/a.txt", "x");
-        EXPECT_EQ(files.firstMatch("T:\\" + folder(i) + "\\A.TXT"), "a.txt");
-    }
-    for (int i = 0; i < count; ++i)
-        fs::rename(temp.native(folder(i) + "/a.txt"), temp.native(folder(i) + "/B.txt"));
-    for (int i = count - 1; i >= 0; --i) {
-        EXPECT_EQ(files.firstMatch("T:\\" + folder(i) + "\\A.TXT"), "") << i;
-        EXPECT_EQ(files.firstMatch("T:\\" + folder(i) + "\\b.txt"), "B.txt") << i;
+    const std::tuple<std::string, std::string, std::string> steps[] = {
+        {"+Data/NV.ini", "data\\nieuw.txt", ""},
+        {"+Data/Nieuw.txt", "data\\NIEUW.TXT", "Nieuw.txt"},
+        {"Data/Nieuw.txt>Data/NIEUW.txt", "data\\nieuw.txt", "NIEUW.txt"},
+        {"-Data/NIEUW.txt", "data\\nieuw.txt", ""},
+        {"Data>DATA2", "data2\\nv.ini", "NV.ini"}, // a folder in other letters
+        // A folder whose parent moves hears nothing of it, and another takes its place.
+        {"+a/data/x.txt", "a\\data\\X.TXT", "x.txt"},
+        {"a>a.oud", "a\\data\\X.TXT", ""},
+        {"+a/data/Y.txt", "a\\data\\y.txt", "Y.txt"},
+    };
+    for (const auto& [change, path, found] : steps) {
+        if (change[0] == '+')
+            temp.write(change.substr(1), "x");
+        else if (change[0] == '-')
+            fs::remove(temp.native(change.substr(1)));
+        else
+            fs::rename(temp.native(change.substr(0, change.find('>'))),
+                       temp.native(change.substr(change.find('>') + 1)));
+        EXPECT_EQ(files.firstMatch("T:\\" + path), found) << change;
     }
 }
 
 // The copy runs on a worker thread while the window's thread may ask the same file system.
-TEST_F(PosixFiles, ACopyThreadAndALookingThreadShareTheIndex) {
-    temp.write("bron.dat", "x");
-    temp.write("doel/Vast.txt", "x");
+TEST_F(PosixFiles, TheProgramsOwnChangesAndACopyThreadKeepTheNamesRight) {
+    temp.write("bron.dat", "inhoud");
+    temp.write("Backup/Vast.txt", "x");
     std::thread copier([&] {
         for (int i = 0; i < 60; ++i)
-            files.copyFile("T:\\bron.dat", "T:\\doel\\n" + std::to_string(i) + ".dat");
+            files.copyFile("T:\\bron.dat", "T:\\Backup\\f" + std::to_string(i) + ".dat");
     });
     int wrong = 0;
     for (int i = 0; i < 300; ++i)
-        wrong += files.firstMatch("T:\\DOEL\\vast.TXT") != "Vast.txt";
+        wrong += files.firstMatch("T:\\BACKUP\\vast.TXT") != "Vast.txt";
     copier.join();
     EXPECT_EQ(wrong, 0);
-    EXPECT_EQ(files.listFiles("T:\\doel", "*.dat").size(), 60u);
+    // A copy of a batch, staged first and flushed with the others before it takes its name.
+    auto staged = files.stageCopy("T:\\bron.dat", "T:\\backup\\F60.DAT");
+    ASSERT_TRUE(staged);
+    files.flushStaged({*staged});
+    files.placeStaged(*staged);
+    // A copy onto a name in other letters replaces that file instead of adding a second one.
+    temp.write("bron.dat", "nieuw");
+    files.copyFile("T:\\bron.dat", "T:\\backup\\F3.DAT");
+    files.moveFile("T:\\backup\\F1.DAT", "T:\\backup\\g1.dat");
+    files.deleteFile("T:\\BACKUP\\F2.DAT");
+    EXPECT_EQ(temp.read("Backup/f3.dat"), "nieuw");
+    EXPECT_EQ(files.firstMatch("T:\\BACKUP\\F7.DAT"), "f7.dat");
+    EXPECT_EQ(files.firstMatch("T:\\backup\\f60.dat"), "F60.DAT");
+    EXPECT_EQ(files.firstMatch("T:\\backup\\F1.DAT"), "");
+    EXPECT_EQ(files.firstMatch("T:\\backup\\G1.DAT"), "g1.dat");
+    EXPECT_EQ(files.firstMatch("T:\\backup\\f2.dat"), "");
+    // 61 copies and Vast.txt, one deleted: the copy onto F3.DAT added none.
+    EXPECT_EQ(files.listFiles("T:\\backup", "*.*").size(), 61u);
+}
+
+TEST_F(PosixFiles, MoreFoldersThanTheIndexHoldsStayRight) {
+    const int count = static_cast<int>(FolderIndex::kMaxFolders) + 8;
+    for (int i = 0; i < count; ++i) {
+        temp.write("d" + std::to_string(i) + "/a.txt", "x");
+        EXPECT_EQ(files.firstMatch("T:\\d" + std::to_string(i) + "\\A.TXT"), "a.txt");
+    }
+    for (int i = 0; i < count; ++i)
+        fs::rename(temp.native("d" + std::to_string(i) + "/a.txt"),
+                   temp.native("d" + std::to_string(i) + "/B.txt"));
+    for (int i = count - 1; i >= 0; --i)
+        EXPECT_EQ(files.firstMatch("T:\\d" + std::to_string(i) + "\\*.TXT"), "B.txt") << i;
 }
 
 // What a restore finds among them is tried through the restore run.

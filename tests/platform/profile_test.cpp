@@ -59,22 +59,15 @@ TEST_F(Profile, WritesInPlaceAndAppendsWhereTheHomePlatformDoes) {
 }
 
 TEST_F(Profile, CreatesTheFileInTheSystemsCodePage) {
-    const std::string folder = "C:\\Donn\xC3\xA9"
-                               "es\\\xE2\x82\xAC\\\xE4\xB8\xAD";
-    const std::string polish = "\xC5\x81\xC3\xB3"
-                               "d\xC5\xBA \xC4\x87 \xC4\xB1 \xC4\x80";
+    const std::string folder = "C:\\Donn\u00e9es\\\u20ac\\\u4e2d";
+    const std::string polish = "\u0141\u00f3d\u017a \u0107 \u0131 \u0100";
     EXPECT_TRUE(store.writeString("Basic settings", "dirfrom", folder, ini));
     EXPECT_TRUE(store.writeString("Basic settings", "DriveTarget", polish, ini));
 #ifdef _WIN32
     // é and € have a byte of their own in the code page, a Chinese character has none, and
     // accented letters the code page lacks lose their accent.
-    const std::string bytes = "C:\\Donn\xE9"
-                              "es\\\x80\\?\r\nDriveTarget=L\xF3"
-                              "dz c i A";
-    const std::string folderBack = "C:\\Donn\xC3\xA9"
-                                   "es\\\xE2\x82\xAC\\?",
-                      polishBack = "L\xC3\xB3"
-                                   "dz c i A";
+    const std::string bytes = "C:\\Donn\xE9\x65s\\\x80\\?\r\nDriveTarget=L\xF3\x64z c i A";
+    const std::string folderBack = "C:\\Donn\u00e9es\\\u20ac\\?", polishBack = "L\u00f3dz c i A";
 #else
     // Linux names files in UTF-8, and so does its settings file: every letter survives.
     const std::string bytes = folder + "\r\nDriveTarget=" + polish;

@@ -37,8 +37,7 @@ protected:
 };
 
 TEST_F(StartPosix, InstallFoldersInAnyLanguageAreStoredAndBackedUpWhole) {
-    const std::string folder = "Dane/\xC5\x81\xC3\xB3"
-                               "d\xC5\xBA \xC4\xB0stanbul \xC5\x9Firket \xC4\x9F\xC4\xB1";
+    const std::string folder = "Dane/\u0141\u00f3d\u017a \u0130stanbul \u015firket \u011f\u0131";
     install(folder);
     ASSERT_EQ(Main(windows), MainOutcome::Running);
     const std::string production = machine.temp.drive(folder) + "\\";

@@ -15,8 +15,6 @@ inline std::filesystem::path fromUtf8(const std::string& text) {
 class TempFolder {
 public:
     TempFolder();
-    // Below another folder than the system's temporary one.
-    explicit TempFolder(const std::filesystem::path& under);
     ~TempFolder();
     TempFolder(const TempFolder&) = delete;
     TempFolder& operator=(const TempFolder&) = delete;
