@@ -56,7 +56,7 @@ ACTION_REPLY_MS, DEFAULT_TIMEOUTS_MS = 2000, (800, 15000)
 # Motif window-manager hints: the bits of functions (field 1) and decorations (field 2), and of
 # the flags (field 0) that say the field is given; a field's bit 0x1 means "all but these".
 MINIMIZE, MAXIMIZE, TITLE = (0x8, 0x20), (0x10, 0x40), (None, 0x8)
-PR_SET_PDEATHSIG, PR_SET_CHILD_SUBREAPER = 1, 36
+PR_SET_PDEATHSIG = 1
 
 
 class Stop(Exception):
@@ -82,23 +82,8 @@ def prctl(option, value):
     ctypes.CDLL("libc.so.6", use_errno=True).prctl(option, value)
 
 
-def adopted_children():
-    """(pid, state) of the processes left behind by the servers this script started."""
-    found = []
-    for entry in filter(str.isdigit, os.listdir("/proc")):
-        try:
-            with open(f"/proc/{entry}/stat") as f:
-                # State and parent follow the command name, in parentheses and maybe with blanks.
-                state, parent = f.read().rsplit(")", 1)[1].split()[:2]
-        except OSError:
-            continue
-        if int(parent) == os.getpid():
-            found.append((int(entry), state))
-    return found
-
-
 class Session:
-    """The demo install and the program started on it; stop() ends all it left running."""
+    """The demo install and the program started on it; stop() ends the program."""
 
     def __init__(self, program):
         self.folder = tempfile.mkdtemp(prefix="nv-a11y-")
@@ -136,13 +121,6 @@ class Session:
             except subprocess.TimeoutExpired:
                 self.process.kill()
                 self.process.wait()
-        deadline = time.monotonic() + 3
-        while (left := adopted_children()) and time.monotonic() < deadline:
-            for pid, state in left:
-                if state != "Z":
-                    os.kill(pid, signal.SIGTERM)
-                os.waitpid(pid, os.WNOHANG)
-            time.sleep(0.1)
         shutil.rmtree(self.folder, ignore_errors=True)
 
 
@@ -324,7 +302,6 @@ def main(program, version):
     # A kill from the test driver still runs the clean-up below.
     signal.signal(signal.SIGTERM, lambda *_: sys.exit(1))
     prctl(PR_SET_PDEATHSIG, signal.SIGTERM)
-    prctl(PR_SET_CHILD_SUBREAPER, 1)
     started = time.monotonic()
     session = Session(program)
     try:
