@@ -12,17 +12,13 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// The program runs from a folder of its own, with the clip beside it in any letters.
-class CopyWindowTest : public ::testing::Test {
-protected:
-    void SetUp() override {
-        machine.process.path = machine.temp.drive("Program");
-        machine.temp.write("Program/filecopy.avi", "RIFF");
-    }
+// The program runs from a folder of its own, with the clip beside it in any letters; without
+// it, the load fails by a number of its own, so that the run's box names the clip rather than
+// blaming the backup drive, and the run makes nothing.
+TEST(CopyWindow, PlaysTheClipBesideTheProgramAndABackupWithoutItTellsItsOwnNumber) {
     nvtest::TestMachine machine;
-};
-
-TEST_F(CopyWindowTest, TheLoadPlaysTheClipBesideTheProgramAndOnlyTheRunClosesTheWindow) {
+    machine.process.path = machine.temp.drive("Program");
+    machine.temp.write("Program/filecopy.avi", "RIFF");
     nvtest::FakeCopyWindow window;
     window.form().Form_Load();
     EXPECT_EQ(window.Animation1.opened, machine.temp.drive("Program") + "\\FILECOPY.AVI");
@@ -30,11 +26,7 @@ TEST_F(CopyWindowTest, TheLoadPlaysTheClipBesideTheProgramAndOnlyTheRunClosesThe
     window.form().Unload();
     EXPECT_FALSE(window.Animation1.playing);
     EXPECT_TRUE(window.Me.closed);
-}
 
-// A clip that cannot be played fails the load by a number of its own, so that the run's box
-// names the clip rather than blaming the backup drive, and the run makes nothing.
-TEST_F(CopyWindowTest, WithoutTheClipABackupTellsItByItsOwnNumberAndMakesNothing) {
     fs::remove(machine.temp.native("Program/filecopy.avi"));
     EXPECT_EQ(nvtest::failureOf([] { nvtest::FakeCopyWindow().form().Form_Load(); }),
               kFailCopyClip);

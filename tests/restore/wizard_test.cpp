@@ -116,8 +116,6 @@ TEST_F(Wizard, AFullRestoreFromAFlatBackupThroughTheFiveSteps) {
     ASSERT_TRUE(next());
     EXPECT_FALSE(w.PicRestore.visible() || w.Shape1.visible());
     EXPECT_EQ(w.Me.place(), (TwipsRect{window.left, 1000, window.width, window.height}));
-    EXPECT_EQ(w.fraDirectory.place().top, 4320);
-    EXPECT_EQ(w.buttonState(), "11110111");
 }
 
 TEST_F(Wizard, StopAtEveryStepAFailureAndAMaximisedWindow) {
@@ -160,7 +158,6 @@ TEST_F(Wizard, StopAtEveryStepAFailureAndAMaximisedWindow) {
     EXPECT_TRUE(w.PicRestore.visible());
     EXPECT_EQ(w.Me.place(), window);
     ASSERT_TRUE(stop());
-    EXPECT_FALSE(w.PicRestore.visible());
     EXPECT_EQ(w.Me.place(), window);
     EXPECT_EQ(w.fraDirectory.place().top, 4320);
 }

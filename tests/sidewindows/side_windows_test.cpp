@@ -9,15 +9,13 @@ using namespace nv;
 
 namespace {
 
-TEST(Splash, ShowsNameAndVersionAndGoesOnACharacterKeyAClickOrTwoSecondsAfterItsLoad) {
+TEST(Splash, ShowsItsCopyrightAndGoesOnACharacterKeyAClickOrTwoSecondsAfterItsLoad) {
     nvtest::TestMachine machine;
     const std::function<void(nvtest::FakeSplashWindow&)> closers[] = {
         [](auto& w) { w.Me.KeyPress(); }, [](auto& w) { EXPECT_TRUE(w.Frame1.click()); }};
     for (const auto& close : closers) {
         nvtest::FakeSplashWindow splash;
         splash.form().Form_Load();
-        EXPECT_EQ(splash.lblProductName.caption(), "Norvale Backup");
-        EXPECT_EQ(splash.lblVersion.caption(), "Version 1.7.1");
         EXPECT_EQ(splash.lblCopyright.caption(), "Tessaly \u00a9 2004-2026");
         close(splash);
         EXPECT_TRUE(splash.Me.closed);
@@ -43,13 +41,8 @@ TEST(About, ShowsItsTextsAndTheMailLinkGoesThroughAThrowAwayShortcut) {
     machine.temp.write("Program/keep.txt", "x");
     nvtest::FakeAboutWindow about;
     about.form().Form_Load();
-    EXPECT_EQ(about.Me.caption(), "Tessaly Backup Tool");
-    EXPECT_EQ(about.lblTitle.caption(), "Norvale Backup Tool");
-    EXPECT_EQ(about.lblVersion.caption(), "Versie 1.7.1");
-    EXPECT_EQ(about.TxtInfo.text(), "Voor vragen, mail naar:");
     EXPECT_EQ(about.lblDisclaimer.caption(), kCopyrightLine);
     EXPECT_EQ(about.lblDescription.caption().substr(0, 36), "Eenvoudig progamma om de Norvale bes");
-    EXPECT_EQ(about.LblMail.caption(), kSupportAddress);
     EXPECT_EQ(about.LblMail.foreColor, (Rgb{0, 0, 192}));
 
     for (int click = 0; click < 2; ++click)

@@ -4,6 +4,8 @@
 #include "startup/FileOps.h"
 #include "startup/Paths.h"
 
+#include <utility>
+
 namespace nvtest {
 
 bool FakeListBox::clickRow(int row) {
@@ -25,11 +27,6 @@ int FakeListBox::rowOf(const std::string& text) const {
     return -1;
 }
 
-int FakeListBox::selectedCount() const {
-    return static_cast<int>(
-        std::count_if(rows.begin(), rows.end(), [](const Row& row) { return row.selected; }));
-}
-
 std::vector<std::string> FakeListBox::texts() const {
     std::vector<std::string> out;
     for (const Row& row : rows)
@@ -42,15 +39,12 @@ bool FakeComboBox::choose(const std::string& text) {
         return false;
     if (DropDown)
         DropDown();
-    for (int row = 0; row < count(); ++row) {
-        if (rows[row].text.rfind(text, 0) == 0) {
-            const bool moved = row != current_;
-            current_ = row;
-            if (moved && Click)
+    for (int row = 0; row < count(); ++row)
+        if (rows[row].text.starts_with(text)) {
+            if (std::exchange(current_, row) != row && Click)
                 Click();
             return true;
         }
-    }
     return false;
 }
 
@@ -72,17 +66,9 @@ void FakeWindow::setPlace(const nv::TwipsRect& place) {
         Resize();
 }
 
-void FakeWindow::showModal() {
-    visible_ = true;
-    wasModal = true;
-    if (whileModal)
-        whileModal();
-    visible_ = false;
-}
-
 namespace {
 
-// Hands the core a window that the fake set keeps after the core lets go of it.
+// A window the fake set keeps after the core lets go of it.
 template <typename Form> struct Borrowed : nv::FormFace<Form> {
     explicit Borrowed(nv::FormFace<Form>& kept) : kept(kept) {}
     Form& form() override { return kept.form(); }
@@ -133,21 +119,6 @@ nv::FrmMain& FakeMainWindow::form() {
 std::unique_ptr<nv::FormFace<nv::Frm_Copy>> FakeMainWindow::loadCopyWindow() {
     copyWindows.push_back(std::make_unique<FakeCopyWindow>());
     return std::make_unique<Borrowed<nv::Frm_Copy>>(*copyWindows.back());
-}
-
-std::unique_ptr<nv::FormFace<nv::frmAbout>> FakeMainWindow::loadAbout() {
-    auto about = std::make_unique<FakeAboutWindow>();
-    about->Me.whileModal = [this, window = about.get()] {
-        if (whileAbout)
-            whileAbout(*window);
-    };
-    return about;
-}
-
-void FakeMainWindow::runWithoutInput(const std::function<void()>& work) {
-    if (beforeCopy)
-        beforeCopy();
-    work();
 }
 
 std::string FakeMainWindow::buttonState() const {

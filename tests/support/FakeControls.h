@@ -15,11 +15,10 @@
 
 namespace nvtest {
 
-// The fake control set: each control keeps what a user would see, without a screen. The
-// helpers that act as the user (click, choose, tick...) do nothing on a control the user could
-// not reach, hidden or disabled, and say so by returning false.
+// The fake control set keeps what a user would see, without a screen. The helpers that act as
+// the user (click, choose, tick...) return false, doing nothing, on a hidden or disabled control.
 
-// The control that took the keyboard focus last: a machine has one focus.
+// The control that took the keyboard focus last.
 inline const void* focused = nullptr;
 
 template <typename Base> struct FakeControl : Base {
@@ -33,13 +32,8 @@ template <typename Base> struct FakeControl : Base {
 
     bool reachable() const { return visible_ && enabled_; }
     bool hasFocus() const { return focused == this; }
-
-    // Raises an event as the user would; false when the user could not reach the control.
     template <typename Event, typename... Args> bool raise(const Event& event, Args... args) {
-        if (!reachable() || !event)
-            return false;
-        event(args...);
-        return true;
+        return reachable() && event && (event(args...), true);
     }
 
     bool visible_ = true;
@@ -67,7 +61,7 @@ struct FakeTextBox : FakeControl<nv::TextBox> {
     std::string text_;
 };
 
-// What the two kinds of list share: rows and the current one, -1 when there is none.
+// Rows and the current one, -1 when there is none.
 template <typename Base> struct FakeRows : FakeControl<Base> {
     struct Row {
         std::string text;
@@ -98,13 +92,16 @@ struct FakeListBox : FakeRows<nv::ListBox> {
     bool selected(int row) const override { return rows.at(row).selected; }
     void setSelected(int row, bool on) override { rows.at(row).selected = on; }
 
-    // The user clicks a row: it becomes the current and only selected row.
+    // The clicked row becomes the current and only selected row.
     bool clickRow(int row);
     bool doubleClick(int row) { return clickRow(row) && raise(DblClick, row); }
     bool keyDown(int keyCode, int shift) { return raise(KeyDown, keyCode, shift); }
     // The row whose text, without its indent, is text; -1 when there is none.
     int rowOf(const std::string& text) const;
-    int selectedCount() const;
+    int selectedCount() const {
+        return static_cast<int>(
+            std::count_if(rows.begin(), rows.end(), [](const Row& row) { return row.selected; }));
+    }
     std::vector<std::string> texts() const;
 };
 
@@ -119,7 +116,6 @@ struct FakeTimer : nv::TimerControl {
     void setInterval(int milliseconds) override { interval_ = milliseconds; }
     bool enabled() const override { return enabled_; }
     void setEnabled(bool enabled) override { enabled_ = enabled; }
-    // One tick, when the timer runs.
     bool tick() { return enabled_ && Timer && (Timer(), true); }
     int interval_ = 0;
     bool enabled_ = false;
@@ -133,11 +129,9 @@ struct FakeMenuItem : nv::MenuItem {
 };
 
 struct FakeStatusBar : nv::StatusBar {
-    std::string panelText(int panel) const override {
-        return panels.count(panel) ? panels.at(panel) : "";
-    }
+    std::string panelText(int panel) const override { return panels[panel]; }
     void setPanelText(int panel, const std::string& text) override { panels[panel] = text; }
-    std::map<int, std::string> panels;
+    mutable std::map<int, std::string> panels;
 };
 
 struct FakeProgressBar : FakeControl<nv::ProgressBar> {
@@ -162,7 +156,7 @@ struct FakeAnimation : FakeControl<nv::Animation> {
 struct FakeShape : FakeControl<nv::Shape> {
     int kind() const override { return kind_; }
     void setKind(int kind) override { kind_ = kind; }
-    // Every place the shape was painted at, in order.
+    // Every place the shape was painted at.
     void repaint() override { painted.push_back(place_); }
     std::vector<nv::TwipsRect> painted;
     int kind_ = kRectangle;
@@ -175,22 +169,16 @@ struct FakeWindow : FakeCaptioned<nv::Window> {
     int innerWidth() const override { return place_.width; }
     nv::WindowState state() const override { return state_; }
     void show() override { visible_ = true; }
-    // Runs whileModal, as the user would act while the window stands, then returns.
-    void showModal() override;
+    void showModal() override {}
     void close() override {
         closed = true;
         visible_ = false;
     }
-    void repaint() override { ++repaints; }
-
+    void repaint() override {}
     // The user drags the window to this height, or minimises or maximises it.
     void dragToHeight(int height) { setPlace({place_.left, place_.top, place_.width, height}); }
     void setState(nv::WindowState state) { state_ = state; }
-
-    std::function<void()> whileModal;
     bool closed = false;
-    bool wasModal = false;
-    int repaints = 0;
     nv::WindowState state_ = nv::WindowState::Normal;
 };
 
@@ -204,7 +192,6 @@ struct FakeDockedPanel : FakeControl<nv::Control> {
     const FakeWindow& window_;
 };
 
-// Frm_Copy over fakes.
 struct FakeCopyWindow : nv::FormFace<nv::Frm_Copy> {
     FakeCopyWindow() { Me.setPlace({0, 0, 4605, 3090}); }
     nv::Frm_Copy& form() override { return form_; }
@@ -217,7 +204,6 @@ struct FakeCopyWindow : nv::FormFace<nv::Frm_Copy> {
     nv::Frm_Copy form_{{&Me, &Animation1, &Pbr, &Text1, &Label1}};
 };
 
-// frmAbout over fakes.
 struct FakeAboutWindow : nv::FormFace<nv::frmAbout> {
     FakeAboutWindow() {
         Me.setPlace({3120, 2970, 6090, 5040});
@@ -233,7 +219,6 @@ struct FakeAboutWindow : nv::FormFace<nv::frmAbout> {
         {&Me, &lblTitle, &lblVersion, &lblDescription, &lblDisclaimer, &TxtInfo, &LblMail, &cmdOK}};
 };
 
-// frmSplash over fakes.
 struct FakeSplashWindow : nv::FormFace<nv::frmSplash> {
     nv::frmSplash& form() override { return form_; }
 
@@ -243,18 +228,22 @@ struct FakeSplashWindow : nv::FormFace<nv::frmSplash> {
     nv::frmSplash form_{{&Me, &Frame1, &lblCopyright, &lblProductName, &lblVersion, &Timer1}};
 };
 
-// FrmMain over fakes laid out as the window is drawn, and the windows it opens. The copy
-// window that a backup shows is kept after it closes, so a test can see what it showed.
+// FrmMain over fakes laid out as the window is drawn. A backup's copy window is kept after it
+// closes, so a test can see what it showed.
 struct FakeMainWindow : nv::FrmMainFace {
     FakeMainWindow();
-
     // Makes the form; its drive list reads the drives now.
     nv::FrmMain& form();
-
     std::unique_ptr<nv::FormFace<nv::Frm_Copy>> loadCopyWindow() override;
-    std::unique_ptr<nv::FormFace<nv::frmAbout>> loadAbout() override;
-    void runWithoutInput(const std::function<void()>& work) override;
-    void sendKeys(const std::string& keys) override { keysSent.push_back(keys); }
+    std::unique_ptr<nv::FormFace<nv::frmAbout>> loadAbout() override {
+        return std::make_unique<FakeAboutWindow>();
+    }
+    void runWithoutInput(const std::function<void()>& work) override {
+        if (beforeCopy)
+            beforeCopy();
+        work();
+    }
+    void sendKeys(const std::string&) override {}
 
     // Whether each backup control is on, in the order subButtons sets them: "11110111".
     std::string buttonState() const;
@@ -274,12 +263,8 @@ struct FakeMainWindow : nv::FrmMainFace {
     FakeStatusBar StatusBar;
     FakeTimer Timer1;
     FakeMenuItem MoVoegToe, MoVerwijder, MoAfsluiten, moBackUp, moRestore, MoHelp, MoAbout;
-    // The copy windows of the backups so far; their controls outlive the form.
     std::vector<std::unique_ptr<FakeCopyWindow>> copyWindows;
-    // Runs inside each About window while it stands.
-    std::function<void(FakeAboutWindow&)> whileAbout;
-    std::vector<std::string> keysSent;
-    // Runs each time a copy runs off the window's thread, before the copy.
+    // Runs before each copy that runs off the window's thread.
     std::function<void()> beforeCopy;
     std::unique_ptr<nv::FrmMain> form_;
 };
