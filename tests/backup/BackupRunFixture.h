@@ -75,10 +75,10 @@ protected:
         nv::platform().files->writeFile(path, bytes);
         return path;
     }
-    void list(const Log& rows) {
-        nv::AppSettings.strFiles = {""};
-        nv::AppSettings.strFiles.insert(nv::AppSettings.strFiles.end(), rows.begin(), rows.end());
+    void list(Log rows) {
         nv::AppSettings.AantalFiles = static_cast<int16_t>(rows.size());
+        rows.insert(rows.begin(), "");
+        nv::AppSettings.strFiles = std::move(rows);
     }
     void run() { nv::Cmd_Backup_Click(windows, intLoop, strBackupFolder); }
     void rerun() {
@@ -90,8 +90,7 @@ protected:
     }
     // Restores these files (or the rows selected before) from a folder on the stick.
     std::string restore(const std::string& from, std::vector<std::string> files = {}) {
-        for (std::string& file : files)
-            file = machine.temp.drive(file);
+        std::ranges::for_each(files, [&](std::string& f) { f = machine.temp.drive(f); });
         if (!files.empty())
             rows.select(files);
         return nv::fRestoreSelectedRows(rows, folder(from), intLoop);
@@ -109,8 +108,7 @@ protected:
         return names;
     }
     std::string onStick(const std::string& relative) const {
-        std::ifstream in(stick.native(relative), std::ios::binary);
-        return std::string(std::istreambuf_iterator<char>(in), {});
+        return machine.temp.read("stick/" + relative);
     }
     std::string folder(const std::string& name = kToday) const {
         return stick.drive() + "\\" + name;

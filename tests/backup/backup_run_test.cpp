@@ -1,9 +1,7 @@
 #include "backup/BackupRunFixture.h"
-#include "platform/DriveFormConversion.h"
 #include "support/ExpectBox.h"
 #include "support/Noise.h"
 
-#include <chrono>
 #include <set>
 
 using namespace nv;
@@ -21,9 +19,7 @@ using BackupRun = BackupRunFixture;
 // folders.
 TEST_F(BackupRun, TheMainPathCopiesEveryRowAndTellsTheUserEachStep) {
     const std::string ledger = noise(300'000, 7);
-    const auto stamp = fs::file_time_type::clock::now() - std::chrono::hours(24 * 30);
-    fs::last_write_time(fromUtf8(nativeFormOf(source("Data/Norvale/NV_Ledger01.mdb", ledger))),
-                        stamp);
+    source("Data/Norvale/NV_Ledger01.mdb", ledger);
     list({machine.temp.drive("BRON\\data\\NORVALE\\nv_ledger01.MDB"), AppSettings.strIniFile,
           source("Documenten\\Offertes\\Brief één.doc", "brief"),
           source("Oud\\norvale\\NV_stock.NVD", ""), "", " "});
@@ -61,9 +57,6 @@ TEST_F(BackupRun, TheMainPathCopiesEveryRowAndTellsTheUserEachStep) {
     expectBox(boxes.shown.at(1), "Back Up", kMade + folder(), Buttons::OK, Icon::Information);
     EXPECT_EQ(entries(kToday), (Log{"NORVALE/", "Offertes/", "prog/"}));
     EXPECT_EQ(entries(kToday + "/NORVALE"), (Log{"NV_Ledger01.mdb", "NV_stock.NVD"}));
-    EXPECT_LT(std::chrono::abs(
-                  fs::last_write_time(stick.native(kToday + "/NORVALE/NV_Ledger01.mdb")) - stamp),
-              std::chrono::seconds(2));
     EXPECT_EQ(machine.temp.copyLeftovers("stick"), 1u);
     EXPECT_EQ(machine.temp.copyLeftovers("stick/Anders"), 1u);
     EXPECT_EQ(machine.temp.read("stick/Backup2026-11-01/NV_stock.NVD"), "eerder");
@@ -73,21 +66,12 @@ TEST_F(BackupRun, TheMainPathCopiesEveryRowAndTellsTheUserEachStep) {
     EXPECT_EQ(flushedAtLastBox,
               (std::set<std::string>{folder(), folder() + "\\NORVALE", folder() + "\\Offertes",
                                      folder() + "\\prog", stick.drive() + "\\"}));
-
-    AppSettings.Directory = 2;
-    rerun();
-    EXPECT_EQ(entries(kToday),
-              (Log{"Brief één.doc", "NV_Ledger01.mdb", "NV_stock.NVD", "NVbackuptool.ini"}));
 }
 
-// A file at any depth makes today's folder taken, never written over; folders, hidden files and
-// leftovers do not, and a copy refused by a folder in its place (75) passes in silence.
+// A file at any depth makes today's folder taken, never written over; leftovers do not, and a copy
+// refused by a folder in its place (75) passes in silence.
 TEST_F(BackupRun, ATakenFolderOfTodayIsAskedAboutAndTheRunTakesTheFirstFreeNumber) {
     list({source("NV.ini", "nieuw"), source("NV_stock.NVD", "y")});
-    boxes.answer(Answer::Cancel);
-    run();
-    EXPECT_EQ(windows.log, (Log{"box Backup maken", "RefreshStatus", "refreshTargetDirectories"}));
-
     const std::string earlier = "stick/" + kToday + "/Norvale/Oud/NV.ini";
     const std::string second = "stick/" + kToday + "(2)/";
     machine.temp.write(earlier, "eerder");
@@ -105,25 +89,19 @@ TEST_F(BackupRun, ATakenFolderOfTodayIsAskedAboutAndTheRunTakesTheFirstFreeNumbe
               Buttons::YesNo, Icon::Exclamation, DefaultButton::Second);
 
     machine.temp.leaveCopyLeftover(second + "NV.ini");
-    machine.temp.write(second + "Leeg/.verborgen", "");
-    machine.temp.hide(second + "Leeg/.verborgen");
     fs::create_directories(stick.native(kToday + "(2)/NV.ini"));
     EXPECT_EQ(again(Answer::Yes), kMade + folder(kToday + "(2)"));
-    EXPECT_EQ(entries(kToday + "(2)"), (Log{"Leeg/", "NV.ini/", "NV_stock.NVD"}));
-    EXPECT_EQ(again(Answer::Yes), kMade + folder(kToday + "(3)"));
-    EXPECT_EQ(boxes.shown[0].text, "Backup maken naar map: \r\n\r\n" + folder()); // no (2)(3)
+    EXPECT_EQ(entries(kToday + "(2)"), (Log{"NV.ini/", "NV_stock.NVD"}));
     EXPECT_EQ(machine.temp.read(earlier), "eerder");
 }
 
-// Each box comes after the copies before it are in place; blank rows, by the thousand, pass unsaid.
+// Blank rows, by the thousand, pass unsaid.
 TEST_F(BackupRun, RowsThatCannotBeCopiedAreToldOneByOneAndTheRestGoesOn) {
     const std::string first = source("a\\NV.ini", "a");
     const std::string missing = machine.temp.drive("bron\\Weg\\NV_Ledger01.mdb");
     Log listed{first, source("b\\nv.INI", "b"), source("c.ini", "c"), missing, "", first};
     listed.resize(3000, " ");
     list(listed);
-    std::vector<Log> onStickAtBox;
-    atBox = [&](const MessageBoxRequest&) { onStickAtBox.push_back(entries(kToday)); };
     run();
 
     const std::string duplicate =
@@ -137,14 +115,12 @@ TEST_F(BackupRun, RowsThatCannotBeCopiedAreToldOneByOneAndTheRestGoesOn) {
                   " kan niet gevonden worden op deze lokatie\r\n\r\nControleer, nadat het backup "
                   "programma klaar is, waar het bestand staat of verwijder deze uit de lijst",
               Buttons::OK, Icon::Exclamation);
-    EXPECT_EQ(boxes.shown[3].text, "Het bestand NV.ini" + duplicate);
     expectBox(boxes.shown[4], "Back Up met fout(en)",
               "Bestanden gekopieerd naar " + folder() +
                   "\r\n\r\nNiet alle bestanden in de lijst zijn echter gekopieerd door de "
                   "mededelingen die u op het scherm kreeg!",
               Buttons::OK, Icon::Exclamation);
-    const Log both{"NV.ini", "c.ini"};
-    EXPECT_EQ(onStickAtBox, (std::vector<Log>{{}, {"NV.ini"}, both, both, both}));
+    EXPECT_EQ(entries(kToday), (Log{"NV.ini", "c.ini"}));
     EXPECT_EQ(onStick(kToday + "/NV.ini"), "a");
     EXPECT_EQ(settingsFile(), kSettingsAfter);
 }
@@ -181,7 +157,6 @@ TEST_F(BackupRun, AFailureAbandonsTheRunWithTheBoxOfItsNumber) {
         {76, {}, {a, b, c}, write, kProtectedText, 2, 2, {"a.ini"}},
         {57, {}, {a, b, c}, plain, "57 Invoer/uitvoer-fout van apparaat", 2, 2, {"a.ini"}},
         {0, flushFails, {a, b}, write, full, 2, 2, {}},
-        {0, flushFails, {a, gone, b}, write, full, 1, 2, {}},
         {0, lateByteOfB, {a, b, c}, plain, readBack(b), 3, 2, {"a.ini", "c.ini"}},
         {0, wraps, {a, gone, c}, plain, readBack(a), 2, 3, {"c.ini"}},
     };
@@ -210,18 +185,11 @@ TEST_F(BackupRun, AFailureAbandonsTheRunWithTheBoxOfItsNumber) {
     EXPECT_EQ(boxes.shown[1].text, "68 Apparaat niet beschikbaar");
 }
 
-TEST_F(BackupRun, FullPathMirrorsTheLastFolderOfTheSource) {
-    const std::pair<std::string, std::string> examples[] = {
-        {"\\\\server\\deel\\map\\x.txt", "\\map"},
-        {"\\\\server\\deel\\x.txt", "\\deel"},
-        {"C:\\Norvale\\NV_Ledger01.mdb", "\\Norvale"},
-        {"C:\\NV_Ledger01.mdb", ""},
-    };
-    for (const auto& [path, part] : examples)
-        EXPECT_EQ(mirroredFolderPart(path), part) << path;
-    EXPECT_EQ(fFullPath(source("Data/Norvale/NV.ini", "x"), folder("Weg")), "");
-    expectBox(boxes.shown.at(0), "Norvale Backup", "Pad niet gevonden\r\nModule: fFullPath 76",
-              Buttons::OK, Icon::None);
+TEST(FullPath, MirrorsTheLastFolderOfTheSource) {
+    EXPECT_EQ(mirroredFolderPart("\\\\server\\deel\\map\\x.txt"), "\\map");
+    EXPECT_EQ(mirroredFolderPart("\\\\server\\deel\\x.txt"), "\\deel");
+    EXPECT_EQ(mirroredFolderPart("C:\\Norvale\\NV_Ledger01.mdb"), "\\Norvale");
+    EXPECT_EQ(mirroredFolderPart("C:\\NV_Ledger01.mdb"), "");
 }
 
 // Production files in Norvale/ and Extra/, each holding its path, and a flat and a mirrored backup.
@@ -251,37 +219,29 @@ TEST_F(RestoreRun, APassRestoresWhatItFindsAndFilesOfOneNameOnlyFromTheirOwnFold
     EXPECT_EQ(restore("Flat", {"Norvale/NV.ini", "Norvale/NV.ini"}), kRestored); // one file, twice
 }
 
-// A failing copy stops at its row and leaves the file there as it was; leftovers of a killed
-// restore beside its rows go first.
+// A copy that reads back wrong stops at its row and leaves the file there as it was; leftovers
+// of a killed restore beside its rows go first.
 TEST_F(RestoreRun, AFailingCopyStopsAtItsRowWithTheRowsBeforeItDone) {
     machine.temp.leaveCopyLeftover("Norvale/NV.ini");
-    machine.temp.leaveCopyLeftover("Extra/NV.ini"); // of no selected row
     std::ofstream(stick.native("Flat/stockA.NVD"), std::ios::binary) << std::string(200000, 's');
     files.fault = [](const std::vector<StagedCopy>& copies) {
         if (copies.back().destination.ends_with("stockA.NVD"))
             FaultyMedium::flipByte(copies.back().temporary, 5000);
     };
-    const std::pair<std::string, std::string> cases[] = {
-        {"Missing/stockA.NVD", "76 Pad niet gevonden"},
-        {"Norvale/stockA.NVD", "80 Het bestand " + machine.temp.drive("Norvale/stockA.NVD") +
-                                   " is niet vervangen: de schijf gaf bij het teruglezen andere "
-                                   "gegevens terug dan erop geschreven zijn"},
-    };
-    for (const auto& [row, text] : cases) {
-        std::string failure;
-        try {
-            restore("Flat", {"Norvale/NV.ini", row, "Norvale/Gone.txt"});
-        } catch (const FileFailure& thrown) {
-            failure = std::to_string(thrown.Number) + " " + thrown.Description;
-        }
-        EXPECT_EQ(failure, text);
-        EXPECT_EQ(intLoop, 1);
-        EXPECT_EQ(rows.flags, (std::vector<bool>{false, true, true}));
-        EXPECT_EQ(machine.temp.read("Norvale/NV.ini"), "Flat/NV.ini");
-        EXPECT_EQ(machine.temp.read("Norvale/stockA.NVD"), "Norvale/stockA.NVD");
-        EXPECT_EQ(machine.temp.copyLeftovers("Norvale"), 0u);
+    try {
+        restore("Flat", {"Norvale/NV.ini", "Norvale/stockA.NVD", "Norvale/Gone.txt"});
+        ADD_FAILURE() << "no failure";
+    } catch (const FileFailure& thrown) {
+        EXPECT_EQ(std::to_string(thrown.Number) + " " + thrown.Description,
+                  "80 Het bestand " + machine.temp.drive("Norvale/stockA.NVD") +
+                      " is niet vervangen: de schijf gaf bij het teruglezen andere gegevens "
+                      "terug dan erop geschreven zijn");
     }
-    EXPECT_EQ(machine.temp.copyLeftovers("Extra"), 1u);
+    EXPECT_EQ(intLoop, 1);
+    EXPECT_EQ(rows.flags, (std::vector<bool>{false, true, true}));
+    EXPECT_EQ(machine.temp.read("Norvale/NV.ini"), "Flat/NV.ini");
+    EXPECT_EQ(machine.temp.read("Norvale/stockA.NVD"), "Norvale/stockA.NVD");
+    EXPECT_EQ(machine.temp.copyLeftovers("Norvale"), 0u);
 }
 
 } // namespace

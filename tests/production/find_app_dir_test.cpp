@@ -1,9 +1,7 @@
 #include "platform/CaseFold.h"
 #include "production/KnownFile.h"
-#include "startup/AppSettings.h"
 #include "startup/Paths.h"
 #include "startup/Settings.h"
-#include "support/ExpectBox.h"
 #include "support/TestMachine.h"
 
 #include <algorithm>
@@ -74,54 +72,6 @@ TEST_F(FindAppDirTest, InstallUnderProgramFilesBringsTheFilesToThePerUserFolder)
     EXPECT_EQ(read("Backupfiles", "BackUpfile1"), production + "NV_Ledger01.mdb");
     EXPECT_EQ(read("Backupfiles", "BackUpfile2"), "D:\\Brieven\\offerte.doc");
     EXPECT_EQ(read("Basic settings", "AantalFiles"), "10");
-}
-
-// A folder that merely begins with the letters of program files is elsewhere.
-TEST_F(FindAppDirTest, ElsewhereTheFilesStayAndAPathWithoutADriveLetterGivesUp) {
-    machine.folders.folders[CSIDL_PROGRAM_FILES] = programFiles.substr(0, programFiles.size() - 1);
-    t.write("Apps/Norvale/NV_Ledger01.mdb", "data");
-    t.write("Apps/Norvale/stockA.NVD", "old");
-    path = t.drive("Apps\\Norvale\\");
-    EXPECT_EQ(fFindAppDir(path, status), path);
-    EXPECT_FALSE(t.exists("Apps/Norvale/stockA.NVD"));
-    EXPECT_FALSE(t.exists("Users"));
-
-    path = "\\\\server\\share\\Norvale";
-    EXPECT_EQ(fFindAppDir(path, status), "");
-    EXPECT_EQ(machine.boxes.shown.size(), 1u);
-    nvtest::expectBox(machine.boxes.shown.at(0), "Norvale Backup", "Geen Directory", Buttons::OK,
-                      Icon::None);
-}
-
-// A hand-edited list: known files are matched by name alone, stockA and then stockB's first row
-// go, a folder row loses its trailing backslash, and empty rows stay.
-TEST(Reconcile, OddRowsAreMatchedByNameAloneAndEmptyRowsStay) {
-    nvtest::TestMachine machine;
-    for (int row = 0; row <= 10; ++row)
-        AppSettings.strKnownFiles[static_cast<std::size_t>(row)] = fKnownFileName(row);
-    const std::string folder = "C:\\Users\\user1\\AppData\\Roaming\\Norvale\\";
-    const Rows rows{"E:\\elders\\nv_ledger01.MDB",
-                    "C:\\Oud\\stockB.NVD",
-                    "",
-                    "C:\\Data\\Map\\",
-                    folder + "NV_LISTS97.MDB",
-                    "C:\\Oud\\stockA.NVD",
-                    "C:\\Oud\\stockB.NVD"};
-    std::string text = "[Basic settings]\nAantalFiles=7\n[Backupfiles]\n";
-    for (std::size_t n = 0; n < rows.size(); ++n)
-        text += rowKey(static_cast<int>(n + 1)) + "=" + rows[n] + "\n";
-    machine.temp.write("NVbackuptool.ini", crlf(text));
-    const std::string ini = machine.temp.drive("NVbackuptool.ini");
-    subReconcileBackupList(folder, ini);
-
-    Rows after; // the production folder's files by bare name, and one row past the count
-    for (int n = 1; n <= std::stoi(fReadIni(ini, "Basic settings", "AantalFiles", "0")) + 1; ++n) {
-        const std::string row = fReadIni(ini, "Backupfiles", rowKey(n), "<missing>");
-        after.push_back(row.starts_with(folder) ? row.substr(folder.size()) : row);
-    }
-    EXPECT_EQ(after, (Rows{"NV_Ledger01.mdb", "", "C:\\Data\\Map", "NV_LISTS97.MDB",
-                           "C:\\Oud\\stockB.NVD", "panels.ini", "NV_Entity.NVD", "NVbackuptool.ini",
-                           "Nota.ini", "NV.ini", "Refresh.ini", "NV_stock.NVD", ""}));
 }
 
 } // namespace
