@@ -61,6 +61,31 @@ TEST_F(RealTarget, AWriteProtectedTargetOrOneTakenAwayInTheMiddleGivesTheBoxNotO
 }
 
 // FAT32 holds no file of 4 GiB, and says so with EFBIG, as a process's own size limit does.
+// Linux takes names that a FAT stick refuses; each gets its box, and the rest is copied.
+TEST_F(RealTarget, NamesAFatStickCannotHoldAreToldAndTheRestIsCopied) {
+    files.fatNames = true;
+    AppSettings.Directory = 1;
+    const std::vector<std::pair<std::string, std::string>> refused = {
+        {"tab\tnaam.txt", "bevat een stuurteken, dat"},
+        {"versie.", "eindigt op een punt, wat"},
+        {"a?b.txt", "bevat het teken ?, dat"}};
+    Log listed;
+    for (const auto& [name, why] : refused)
+        listed.push_back(source(name, "x"));
+    listed.push_back(source("Notulen 10.30 (kopie) #1.txt", "y"));
+    list(listed);
+    run();
+    ASSERT_EQ(boxes.shown.size(), refused.size() + 2);
+    for (std::size_t i = 0; i < refused.size(); ++i)
+        EXPECT_EQ(boxes.shown[i + 1].text,
+                  "Het bestand " + refused[i].first +
+                      " kan niet naar de backup schijf worden gekopieerd: de naam " +
+                      refused[i].second +
+                      " de backup schijf niet toestaat.\r\n\r\nGeef het bestand een andere naam "
+                      "of gebruik een backup schijf die deze naam wel toestaat.");
+    EXPECT_EQ(entries(kToday + "/bron"), Log{"Notulen 10.30 (kopie) #1.txt"});
+}
+
 TEST_F(RealTarget, AFileTooLargeForTheMediumEndsTheRunInPlainWords) {
     list({sized("a.ini", 1000), sized("big.mdb", 256 << 10), sized("c.ini", 1000)});
     rlimit old{};

@@ -25,7 +25,7 @@ struct NativeFiles : nv::PosixFileSystem {
 #endif
 
 // The files of this machine on a medium that may change what it holds once a group of copies is
-// flushed (fault); it keeps the folders it flushed.
+// flushed (fault); it keeps the folders it flushed, and takes names as FAT does when told.
 class FaultyMedium : public NativeFiles {
 public:
     void flushStaged(const std::vector<nv::StagedCopy>& copies) override {
@@ -36,6 +36,9 @@ public:
     void flushFolder(const std::string& folder) override {
         flushed.push_back(folder);
         NativeFiles::flushFolder(folder);
+    }
+    nv::NameRules nameRulesOf(const std::string& folder) override {
+        return fatNames ? nv::NameRules::Fat : NativeFiles::nameRulesOf(folder);
     }
     // One byte flipped, fromEnd bytes before the end: a worn block.
     static void flipByte(const std::string& native, std::streamoff fromEnd) {
@@ -48,6 +51,7 @@ public:
 
     std::function<void(const std::vector<nv::StagedCopy>&)> fault;
     std::vector<std::string> flushed;
+    bool fatNames = false;
 };
 
 } // namespace nvtest
