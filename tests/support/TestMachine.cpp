@@ -8,7 +8,6 @@
 #include <cstring>
 #include <fstream>
 #include <iterator>
-#include <vector>
 
 #ifdef _WIN32
 #include <windows.h>
@@ -74,36 +73,33 @@ namespace {
 
 // Wine's own request to its mount manager to give a drive letter to a Unix folder; a drive
 // substituted the Windows way lists under Wine but reaches no file.
-struct WineUnixDrive {
-    ULONG size, type, fsType;
-    DWORD serial;
-    ULONGLONG unixDevice;
-    WCHAR letter;
-    USHORT mountPointOffset, deviceOffset, labelOffset;
-};
-
 void setWineDrive(char letter, const std::filesystem::path& root) {
+    struct {
+        ULONG size, type, fsType;
+        DWORD serial;
+        ULONGLONG unixDevice;
+        WCHAR letter;
+        USHORT mountPointOffset, deviceOffset, labelOffset;
+        char unixPath[4096];
+    } r{};
     using UnixName = char*(CDECL*)(const wchar_t*);
     const auto unixName = reinterpret_cast<UnixName>(reinterpret_cast<void (*)()>(
         GetProcAddress(GetModuleHandleA("kernel32.dll"), "wine_get_unix_file_name")));
-    char* unixPath = root.empty() ? nullptr : unixName(root.wstring().c_str());
-    std::vector<char> request(sizeof(WineUnixDrive) + (unixPath ? strlen(unixPath) + 1 : 0));
-    auto* drive = reinterpret_cast<WineUnixDrive*>(request.data());
-    drive->size = static_cast<ULONG>(request.size());
-    drive->type = unixPath ? DRIVE_FIXED : DRIVE_NO_ROOT_DIR;
-    drive->letter = static_cast<WCHAR>(tolower(letter));
-    if (unixPath) {
-        drive->mountPointOffset = sizeof(WineUnixDrive);
-        strcpy(request.data() + sizeof(WineUnixDrive), unixPath);
-        HeapFree(GetProcessHeap(), 0, unixPath);
+    if (char* path = root.empty() ? nullptr : unixName(root.wstring().c_str())) {
+        r.mountPointOffset = static_cast<USHORT>(r.unixPath - reinterpret_cast<char*>(&r));
+        strncpy(r.unixPath, path, sizeof r.unixPath - 1);
+        HeapFree(GetProcessHeap(), 0, path);
     }
+    r.size = static_cast<ULONG>(r.mountPointOffset ? r.mountPointOffset + strlen(r.unixPath) + 1
+                                                   : r.unixPath - reinterpret_cast<char*>(&r));
+    r.type = r.mountPointOffset ? DRIVE_FIXED : DRIVE_NO_ROOT_DIR;
+    r.letter = static_cast<WCHAR>(tolower(letter));
     HANDLE manager =
         CreateFileW(L"\\\\.\\MountPointManager", GENERIC_READ | GENERIC_WRITE,
                     FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0, nullptr);
-    const DWORD defineUnixDrive =
-        CTL_CODE(0x6d, 32, METHOD_BUFFERED, FILE_READ_ACCESS | FILE_WRITE_ACCESS);
-    DeviceIoControl(manager, defineUnixDrive, request.data(), static_cast<DWORD>(request.size()),
-                    nullptr, 0, nullptr, nullptr);
+    DeviceIoControl(manager,
+                    CTL_CODE(0x6d, 32, METHOD_BUFFERED, FILE_READ_ACCESS | FILE_WRITE_ACCESS), &r,
+                    r.size, nullptr, 0, nullptr, nullptr);
     CloseHandle(manager);
 }
 

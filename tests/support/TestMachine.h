@@ -57,8 +57,7 @@ public:
     std::vector<std::string> contents;
 };
 
-// Answers file dialogs from a queue ("" for a cancel when it runs dry) and keeps where each
-// one started.
+// Answers file dialogs from a queue ("" for a cancel when it runs dry); keeps where each began.
 class ScriptedDialogs : public nv::FileDialogs {
 public:
     std::string showOpen(const std::string& title, const std::string& initDir) override {
@@ -99,8 +98,7 @@ private:
     nv::ScopedPlatform installed_;
 };
 
-// The native platform of this build over a fresh temporary folder, installed for its lifetime;
-// for the benchmarks, which put their own pieces in place with nv::ScopedPlatformPart.
+// The native platform over a fresh temporary folder, installed for its lifetime (benchmarks).
 class NativeMachine {
 public:
     NativeMachine() : installed_(nv::nativePlatform()) {}
@@ -119,9 +117,8 @@ std::string crlf(const std::string& lines);
 // tests that give one do not run side by side there.
 void setFolderDrive(char letter, const std::filesystem::path& root);
 
-// Wine's profile services rewrite the whole file on every store: blank lines go, blanks around
-// keys and values go, and a value's leading blanks go. The home platform keeps lines it does
-// not touch as they are, and so does ours; tests that look at such bytes say what each gives.
+// Wine's profile services rewrite the whole file on every store (blank lines and blanks around
+// keys and values go); tests that look at such bytes say what each platform gives.
 bool runningUnderWine();
 
 } // namespace nvtest

@@ -1,5 +1,6 @@
 #include "support/TestStick.h"
 
+#include <algorithm>
 #include <fstream>
 
 #ifndef _WIN32
@@ -47,9 +48,7 @@ std::string TestStick::backupFolder(const std::string& name,
         std::ofstream(path, std::ios::binary) << name + "/" + file;
     }
     std::string folder = drive_ + "\\" + name;
-    for (char& c : folder)
-        if (c == '/')
-            c = '\\';
+    std::replace(folder.begin(), folder.end(), '/', '\\');
     return folder;
 }
 

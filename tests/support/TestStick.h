@@ -9,9 +9,8 @@
 
 namespace nvtest {
 
-// A folder below a temporary one standing as the stick E: for as long as this lives; what E: was
-// before comes back after. Windows (and Wine) cannot give a letter to a folder for this process
-// alone, so there the folder's own path stands for the drive.
+// A folder below a temporary one standing as the stick E: while this lives (what E: was comes
+// back after); on Windows, which cannot give a letter for one process alone, the folder's path.
 class TestStick {
 public:
     explicit TestStick(const TempFolder& temp, const std::string& folder = "stick");
