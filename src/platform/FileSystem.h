@@ -15,10 +15,10 @@ namespace nv {
 // A copy written into a hidden temporary file beside its destination, its data not yet flushed.
 // CopyBatch puts such copies in place in groups.
 struct StagedCopy {
-    std::string source;      // drive form, as asked for
-    std::string destination; // drive form, as asked for
-    std::string temporary;   // the platform's own path of the temporary file
-    std::string target;      // and of the destination
+    std::string source;           // drive form, as asked for
+    std::string destination;      // drive form, as asked for
+    std::string temporary;        // the platform's own path of the temporary file
+    std::string target;           // and of the destination
     unsigned long attributes = 0; // what the platform gives the destination once in place
     ContentDigest written;        // of the bytes the source gave while they were copied
     // What of a large copy was already read back from the medium while it was written: the

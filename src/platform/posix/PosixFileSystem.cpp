@@ -251,12 +251,25 @@ int copyDigesting(int from, int to, Digester& digest, ReadBehind& behind) {
     }
 }
 
+// How many copies of a source that keeps changing are made before it is given up.
+constexpr int kCopiesOfAChangingSource = 3;
+
+// Whether two looks at a file saw one state of it: the same file, size and times.
+bool sameState(const struct stat& a, const struct stat& b) {
+    return a.st_dev == b.st_dev && a.st_ino == b.st_ino && a.st_size == b.st_size &&
+           a.st_mtim.tv_sec == b.st_mtim.tv_sec && a.st_mtim.tv_nsec == b.st_mtim.tv_nsec &&
+           a.st_ctim.tv_sec == b.st_ctim.tv_sec && a.st_ctim.tv_nsec == b.st_ctim.tv_nsec;
+}
+
 // Writes the open source into a hidden temporary file in the destination's folder, with the
 // source's times, unflushed; notes its path, size and digest in copy. A file it is to replace
 // lends it its mode and owner, and must be writable (75); a new one takes the source's bits, as
-// they are or within the umask as `bits` says, never writable for all. A failure removes the
-// temporary.
-void writeTemporary(const Fd& in, const Destination& to, StagedCopy& copy, Bits bits) {
+// they are or within the umask as `bits` says, never writable for all. A source that changed
+// while it was copied is copied again, and one that keeps changing is 81: the finance program
+// writes its files in place while it runs, and a mix of two states is no backup. A failure
+// removes the temporary.
+void writeTemporary(const Fd& in, const Destination& to, StagedCopy& copy, Bits bits,
+                    bool lookAgain) {
     struct stat st {};
     if (::fstat(in.fd, &st) != 0)
         throwErrno(errno, copy.source);
@@ -272,39 +285,59 @@ void writeTemporary(const Fd& in, const Destination& to, StagedCopy& copy, Bits 
                      ::faccessat(to.folder.fd, to.name.c_str(), W_OK, AT_EACCESS) != 0))
         throw fileFailure(kFailAccessRefused);
 
-    const std::string temp = temporaryName(to.name);
-    Fd out(::openat(to.folder.fd, temp.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
-                    replaces ? 0600 : st.st_mode & 0775));
-    if (out.fd < 0)
-        throwErrno(errno, copy.destination);
+    for (int made = 1;; ++made) {
+        const std::string temp = temporaryName(to.name);
+        Fd out(::openat(to.folder.fd, temp.c_str(),
+                        O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
+                        replaces ? 0600 : st.st_mode & 0775));
+        if (out.fd < 0)
+            throwErrno(errno, copy.destination);
 
-    Digester digest;
-    ReadBehind behind(out.fd, copy);
-    int err = copyDigesting(in.fd, out.fd, digest, behind);
-    if (err == 0 && replaces) {
-        // The owner first: a change of owner clears the set-id bits that the mode then puts back.
-        if ((old.st_uid != ::geteuid() || old.st_gid != ::getegid()) &&
-            ::fchown(out.fd, old.st_uid, old.st_gid) != 0)
-            (void)::fchown(out.fd, static_cast<uid_t>(-1), old.st_gid);
-        if (::fchmod(out.fd, old.st_mode & 07777) != 0 && !cannotKeep(errno))
+        Digester digest;
+        copy.readUpTo = 0;
+        copy.readSoFar = Digester();
+        ReadBehind behind(out.fd, copy);
+        int err = copyDigesting(in.fd, out.fd, digest, behind);
+        struct stat after {};
+        if (err == 0 && lookAgain && ::fstat(in.fd, &after) != 0)
             err = errno;
-    } else if (err == 0 && bits == Bits::Source && ::fchmod(out.fd, st.st_mode & 0775) != 0 &&
-               !cannotKeep(errno)) {
-        err = errno;
+        if (err == 0 && lookAgain && !sameState(st, after)) {
+            out.close();
+            ::unlinkat(to.folder.fd, temp.c_str(), 0);
+            if (made == kCopiesOfAChangingSource)
+                throw fileFailure(kFailSourceChanging);
+            if (::lseek(in.fd, 0, SEEK_SET) != 0)
+                throwErrno(errno, copy.source);
+            st = after;
+            continue;
+        }
+        if (err == 0 && replaces) {
+            // The owner first: a change of owner clears the set-id bits that the mode then puts
+            // back.
+            if ((old.st_uid != ::geteuid() || old.st_gid != ::getegid()) &&
+                ::fchown(out.fd, old.st_uid, old.st_gid) != 0)
+                (void)::fchown(out.fd, static_cast<uid_t>(-1), old.st_gid);
+            if (::fchmod(out.fd, old.st_mode & 07777) != 0 && !cannotKeep(errno))
+                err = errno;
+        } else if (err == 0 && bits == Bits::Source && ::fchmod(out.fd, st.st_mode & 0775) != 0 &&
+                   !cannotKeep(errno)) {
+            err = errno;
+        }
+        struct timespec times[2] = {st.st_atim, st.st_mtim};
+        if (err == 0 && ::futimens(out.fd, times) != 0 && !cannotKeep(errno))
+            err = errno;
+        // Closed on failure too: an open descriptor would keep the removed temporary's space
+        // taken on the stick until the program ends.
+        if (int closed = out.close(); closed != 0 && err == 0)
+            err = closed;
+        if (err != 0) {
+            ::unlinkat(to.folder.fd, temp.c_str(), 0);
+            throwErrno(err, copy.destination);
+        }
+        copy.temporary = joinNative(to.folderPath, temp);
+        copy.written = digest.digest();
+        return;
     }
-    struct timespec times[2] = {st.st_atim, st.st_mtim};
-    if (err == 0 && ::futimens(out.fd, times) != 0 && !cannotKeep(errno))
-        err = errno;
-    // Closed on failure too: an open descriptor would keep the removed temporary's space
-    // taken on the stick until the program ends.
-    if (int closed = out.close(); closed != 0 && err == 0)
-        err = closed;
-    if (err != 0) {
-        ::unlinkat(to.folder.fd, temp.c_str(), 0);
-        throwErrno(err, copy.destination);
-    }
-    copy.temporary = joinNative(to.folderPath, temp);
-    copy.written = digest.digest();
 }
 
 // Flushes one written file through a descriptor of its own; unlike syncfs this also reaches
@@ -481,7 +514,7 @@ void PosixFileSystem::moveFile(const std::string& oldPath, const std::string& ne
     copy.source = oldPath;
     copy.destination = newPath;
     copy.target = toPath.path;
-    writeTemporary(in, to, copy, Bits::Umask);
+    writeTemporary(in, to, copy, Bits::Umask, secondLook);
     proveAndPlace(copy);
     if (::unlinkat(from.folder.fd, from.name.c_str(), 0) != 0)
         throwErrno(errno, oldPath);
@@ -508,7 +541,7 @@ StagedCopy PosixFileSystem::stage(const std::string& source, const std::string& 
     struct stat st {};
     if (backup && ::fstat(to.folder.fd, &st) == 0)
         copy.hold = watchFor(to.folder.fd, st.st_dev);
-    writeTemporary(in, to, copy, backup ? Bits::Source : Bits::Umask);
+    writeTemporary(in, to, copy, backup ? Bits::Source : Bits::Umask, secondLook);
     return copy;
 }
 

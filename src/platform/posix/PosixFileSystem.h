@@ -43,6 +43,10 @@ public:
     void discardStaged(const StagedCopy& copy) noexcept override;
     void discardPlaced(const StagedCopy& copy) noexcept override;
 
+    // Whether a copy looks at its source again once written, to copy a source that changed
+    // meanwhile again. Only a benchmark turns it off, to show what the look costs.
+    bool secondLook = true;
+
 private:
     struct Watch;
     // The file system of an open folder (device as stat gave it), watched from before a staged

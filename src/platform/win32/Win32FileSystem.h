@@ -32,6 +32,9 @@ public:
     void placeStaged(const StagedCopy& copy) override;
     void discardStaged(const StagedCopy& copy) noexcept override;
     void discardPlaced(const StagedCopy& copy) noexcept override;
+
+    // Whether a copy looks at its source again once written; see PosixFileSystem.
+    bool secondLook = true;
 };
 
 } // namespace nv
