@@ -31,6 +31,14 @@ struct StagedCopy {
 // The rules a file system sets for names: FAT and exFAT refuse some that others take.
 enum class NameRules { Native, Fat };
 
+// A file that this process is about to replace, claimed against other processes.
+struct ReplaceClaim {
+    // Another process has it open: replacing it now would pull it from under that program.
+    bool inUse = false;
+    // What keeps others from opening it unnoticed, until the claim goes.
+    std::shared_ptr<void> hold;
+};
+
 // File operations on paths in drive form (C:\Data\NV.ini). Every failure throws FileFailure.
 class FileSystem {
 public:
@@ -69,6 +77,14 @@ public:
     virtual NameRules nameRulesOf(const std::string& folder) {
         (void)folder;
         return NameRules::Native;
+    }
+
+    // Claims a file before it is replaced: whether another process holds it open, and where none
+    // does, a hold that keeps the file until the claim goes. A file that is not there, or that
+    // cannot be looked at, is not in use. Never fails.
+    virtual ReplaceClaim claimToReplace(const std::string& path) {
+        (void)path;
+        return {};
     }
 
     // Copies in groups (see CopyBatch). Writes the copy into a hidden temporary file beside

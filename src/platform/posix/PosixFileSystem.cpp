@@ -9,12 +9,14 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <csignal>
 #include <cstdio>
 #include <dirent.h>
 #include <fcntl.h>
 #include <functional>
 #include <linux/magic.h>
 #include <memory>
+#include <mutex>
 #include <stdio.h>
 #include <sys/stat.h>
 #include <sys/statfs.h>
@@ -448,6 +450,51 @@ std::vector<std::optional<FileFailure>> readBackEach(const std::vector<StagedCop
     return failures;
 }
 
+// Whether a process other than this one has the file (device, inode) open, as /proc shows its
+// descriptors; processes whose descriptors this one may not see are missed.
+bool openedElsewhere(dev_t device, ino_t inode) {
+    Fd proc(::open("/proc", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (proc.fd < 0)
+        return false;
+    const std::string self = std::to_string(::getpid());
+    bool found = false;
+    forEachEntry(proc.fd, [&](const dirent* process) {
+        const std::string pid = process->d_name;
+        if (found || pid == self || pid.find_first_not_of("0123456789") != std::string::npos)
+            return;
+        Fd fds(::openat(proc.fd, (pid + "/fd").c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+        if (fds.fd < 0)
+            return;
+        forEachEntry(fds.fd, [&](const dirent* fd) {
+            struct stat st {};
+            if (!found && fd->d_name[0] != '.' && ::fstatat(fds.fd, fd->d_name, &st, 0) == 0 &&
+                st.st_dev == device && st.st_ino == inode)
+                found = true;
+        });
+    });
+    return found;
+}
+
+// A program that opens a leased file makes the kernel send the holder SIGIO, whose default is to
+// end the process; the break needs no answer here, as the lease goes with the replace.
+void ignoreLeaseBreaks() {
+    static std::once_flag once;
+    std::call_once(once, [] {
+        struct sigaction old {};
+        if (::sigaction(SIGIO, nullptr, &old) == 0 && old.sa_handler == SIG_DFL)
+            std::signal(SIGIO, SIG_IGN);
+    });
+}
+
+// A write lease on an open file, given back when it goes.
+struct Lease {
+    Fd file;
+    ~Lease() {
+        if (file.fd >= 0)
+            ::fcntl(file.fd, F_SETLEASE, F_UNLCK);
+    }
+};
+
 } // namespace
 
 ResolvedPath PosixFileSystem::resolve(const std::string& drivePath) {
@@ -728,6 +775,38 @@ NameRules PosixFileSystem::nameRulesOf(const std::string& folder) {
     } catch (const FileFailure&) {
         return NameRules::Native;
     }
+}
+
+ReplaceClaim PosixFileSystem::claimToReplace(const std::string& path) {
+    ReplaceClaim claim;
+    try {
+        Destination place;
+        openPlace(place, resolve(path), path);
+        struct stat st {};
+        if (::fstatat(place.folder.fd, place.name.c_str(), &st, AT_SYMLINK_NOFOLLOW) != 0 ||
+            !S_ISREG(st.st_mode))
+            return claim;
+        auto lease = std::make_shared<Lease>();
+        lease->file.fd = openRegularNoFollow(place.folder.fd, place.name);
+        if (lease->file.fd >= 0) {
+            ignoreLeaseBreaks();
+            if (::fcntl(lease->file.fd, F_SETLEASE, F_WRLCK) == 0) {
+                claim.hold = std::move(lease);
+                return claim;
+            }
+            // A lease is refused to a process that does not own the file, and by some file
+            // systems; only EAGAIN says that the file is open elsewhere.
+            if (errno == EAGAIN) {
+                claim.inUse = true;
+                return claim;
+            }
+            lease->file.close();
+        }
+        claim.inUse = openedElsewhere(st.st_dev, st.st_ino);
+    } catch (const FileFailure&) {
+        // Not to be told here: the replace that follows meets it and says so.
+    }
+    return claim;
 }
 
 } // namespace nv

@@ -659,4 +659,17 @@ void Win32FileSystem::removeCopyLeftovers(const std::string& folder) {
         discard(path);
 }
 
+ReplaceClaim Win32FileSystem::claimToReplace(const std::string& path) {
+    ReplaceClaim claim;
+    try {
+        QuietDriveErrors quiet;
+        FileHandle h(CreateFileW(widePath(path).c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING,
+                                 FILE_ATTRIBUTE_NORMAL, nullptr));
+        claim.inUse = !h.valid() && GetLastError() == ERROR_SHARING_VIOLATION;
+    } catch (const FileFailure&) {
+        // Not to be told here: the replace that follows meets it and says so.
+    }
+    return claim;
+}
+
 } // namespace nv
