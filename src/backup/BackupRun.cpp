@@ -269,8 +269,10 @@ void backUp(BackupWindows& windows, CopyBatch& copies, int16_t& intLoop,
         try {
             windows.runCopy([&] { copies.copy(source, destination); });
         } catch (const FileFailure& failure) {
-            // A copy that is held was staged: what failed was the commit of its group.
-            if (!copies.holds(destination) && toldNotCopied(failure, source, name, folderPart))
+            // A copy that is held was staged: what failed was the commit of its group. An empty
+            // destination is fFullPath's failure, which it has told.
+            if (!destination.empty() && !copies.holds(destination) &&
+                toldNotCopied(failure, source, name, folderPart))
                 blnFlawed = true;
             else if (failure.Number != kFailAccessRefused)
                 throw;
