@@ -152,6 +152,36 @@ bool namesFit(NameRules rules, const std::string& name, const std::string& folde
     return true;
 }
 
+void showNotCopied(const std::string& why) {
+    MsgBox(why + kCrLf + kCrLf + "Sluit Norvale af en maak de backup opnieuw.", Buttons::OK,
+           Icon::Critical, DefaultButton::First, "Bestand wordt niet gekopieerd");
+}
+
+// Tells why the copy of a row failed where the run goes on behind it, flawed: a source that kept
+// changing while it was copied or that another program holds, and a name the stick refused
+// (EPERM, EACCES or EINVAL) although its type was not known to refuse it. False for any other
+// failure, which the user has not been told.
+bool toldNotCopied(const FileFailure& failure, const std::string& source, const std::string& name,
+                   const std::string& folderPart) {
+    switch (failure.Number) {
+    case kFailSourceChanging:
+        showNotCopied("Het bestand " + source +
+                      " veranderde steeds terwijl het gekopieerd werd, waarschijnlijk omdat "
+                      "Norvale nog open staat. Het is daarom niet in de backup opgenomen.");
+        return true;
+    case kFailSourceInUse:
+        showNotCopied("Het bestand " + source +
+                      " is in gebruik bij een ander programma, waarschijnlijk Norvale, en kan "
+                      "daarom niet gekopieerd worden.");
+        return true;
+    case kFailAccessRefused:
+    case kFailBadFileName:
+        return !namesFit(NameRules::Fat, name, folderPart);
+    default:
+        return false;
+    }
+}
+
 // The run up to its closing steps; a return goes to them, and so does every failure but 75.
 void backUp(BackupWindows& windows, CopyBatch& copies, int16_t& intLoop,
             std::string& strBackupFolder, bool& blnFlawed) {
@@ -217,7 +247,8 @@ void backUp(BackupWindows& windows, CopyBatch& copies, int16_t& intLoop,
         windows.setStatusText(status);
         windows.setCopyText(status);
 
-        if (!namesFit(rules, name, mirrored ? mirroredFolderPart(source) : "")) {
+        const std::string folderPart = mirrored ? mirroredFolderPart(source) : "";
+        if (!namesFit(rules, name, folderPart)) {
             blnFlawed = true;
             continue;
         }
@@ -235,7 +266,17 @@ void backUp(BackupWindows& windows, CopyBatch& copies, int16_t& intLoop,
             blnFlawed = true;
             continue;
         }
-        goOnBehind([&] { windows.runCopy([&] { copies.copy(source, destination); }); });
+        try {
+            windows.runCopy([&] { copies.copy(source, destination); });
+        } catch (const FileFailure& failure) {
+            // A copy that is held was staged: what failed was the commit of its group. An empty
+            // destination is fFullPath's failure, which it has told.
+            if (!destination.empty() && !copies.holds(destination) &&
+                toldNotCopied(failure, source, name, folderPart))
+                blnFlawed = true;
+            else if (failure.Number != kFailAccessRefused)
+                throw;
+        }
     }
 
     // A backup reported done is on the medium: the last copies with the folders they went to,

@@ -34,6 +34,10 @@ std::string failureDescription(int32_t number) {
         return copyClipFailure("FILECOPY.AVI").Description;
     case kFailReadBack:
         return "De schijf gaf bij het teruglezen andere gegevens terug dan erop geschreven zijn";
+    case kFailSourceChanging:
+        return "Het bestand veranderde steeds terwijl het gekopieerd werd";
+    case kFailSourceInUse:
+        return "Het bestand is in gebruik bij een ander programma";
     default:
         return "Bestandsbewerking mislukt";
     }

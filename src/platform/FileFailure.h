@@ -14,6 +14,11 @@ enum FailureNumber : int32_t {
     kFailPathNotFound = 76,
     // A copy that the medium gave back otherwise than it was written.
     kFailReadBack = 80,
+    // A source that changed while each of the copies made of it was written.
+    kFailSourceChanging = 81,
+    // A source that another program holds, so that it cannot be read (a sharing or lock
+    // violation).
+    kFailSourceInUse = 82,
     kFailBadFileName = 52,
     kFailDeviceIo = 57,
     kFailSubscript = 9,

@@ -15,10 +15,10 @@ namespace nv {
 // A copy written into a hidden temporary file beside its destination, its data not yet flushed.
 // CopyBatch puts such copies in place in groups.
 struct StagedCopy {
-    std::string source;      // drive form, as asked for
-    std::string destination; // drive form, as asked for
-    std::string temporary;   // the platform's own path of the temporary file
-    std::string target;      // and of the destination
+    std::string source;           // drive form, as asked for
+    std::string destination;      // drive form, as asked for
+    std::string temporary;        // the platform's own path of the temporary file
+    std::string target;           // and of the destination
     unsigned long attributes = 0; // what the platform gives the destination once in place
     ContentDigest written;        // of the bytes the source gave while they were copied
     // What of a large copy was already read back from the medium while it was written: the
@@ -30,6 +30,14 @@ struct StagedCopy {
 
 // The rules a file system sets for names: FAT and exFAT refuse some that others take.
 enum class NameRules { Native, Fat };
+
+// A file that this process is about to replace, claimed against other processes.
+struct ReplaceClaim {
+    // Another process has it open: replacing it now would pull it from under that program.
+    bool inUse = false;
+    // What keeps others from opening it unnoticed, until the claim goes.
+    std::shared_ptr<void> hold;
+};
 
 // File operations on paths in drive form (C:\Data\NV.ini). Every failure throws FileFailure.
 class FileSystem {
@@ -69,6 +77,14 @@ public:
     virtual NameRules nameRulesOf(const std::string& folder) {
         (void)folder;
         return NameRules::Native;
+    }
+
+    // Claims a file before it is replaced: whether another process holds it open, and where none
+    // does, a hold that keeps the file until the claim goes. A file that is not there, or that
+    // cannot be looked at, is not in use. Never fails.
+    virtual ReplaceClaim claimToReplace(const std::string& path) {
+        (void)path;
+        return {};
     }
 
     // Copies in groups (see CopyBatch). Writes the copy into a hidden temporary file beside

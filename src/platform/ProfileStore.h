@@ -23,18 +23,37 @@ public:
     // then holds exactly what the single writes would have left.
     virtual void beginBatch() {}
     virtual void endBatch() {}
+    // Whether a store to file can be made now: the file may be written, or, where it is not
+    // there yet, the folder it would be made in.
+    virtual bool mayStore(const std::string& file) {
+        (void)file;
+        return true;
+    }
 };
 
-// Holds the writes of one operation for a single pass to disk.
+// Holds the writes of one operation for a single pass to disk. The outermost batch open is one
+// operation of the user, in which a store that fails is told once, not once per key.
 class ProfileBatch {
 public:
-    explicit ProfileBatch(ProfileStore& store) : store_(store) { store_.beginBatch(); }
-    ~ProfileBatch() { store_.endBatch(); }
+    explicit ProfileBatch(ProfileStore& store) : store_(store) {
+        if (depth_++ == 0)
+            ++serial_;
+        store_.beginBatch();
+    }
+    ~ProfileBatch() {
+        store_.endBatch();
+        --depth_;
+    }
     ProfileBatch(const ProfileBatch&) = delete;
     ProfileBatch& operator=(const ProfileBatch&) = delete;
 
+    // The outermost batch open now, by a number of its own; 0 when none is.
+    static unsigned current() { return depth_ > 0 ? serial_ : 0; }
+
 private:
     ProfileStore& store_;
+    inline static int depth_ = 0;
+    inline static unsigned serial_ = 0;
 };
 
 } // namespace nv

@@ -1,11 +1,13 @@
 #include "restore/RestoreRun.h"
 
 #include "platform/CaseFold.h"
+#include "platform/FileSystem.h"
 #include "startup/FileOps.h"
 #include "startup/Paths.h"
 
 #include <map>
 #include <set>
+#include <vector>
 
 namespace nv {
 
@@ -20,6 +22,9 @@ const char* const kRestoreSameNameText =
     "backup met submappen) en druk opnieuw op 'Volgende'.";
 
 namespace {
+
+const char* const kInUseText = "Deze bestanden zijn NIET teruggezet omdat een ander programma ze "
+                               "open heeft, waarschijnlijk Norvale:";
 
 // The last folder of a full path, "" for a file at a root.
 std::string lastFolderOf(const std::string& path) {
@@ -48,6 +53,7 @@ std::string fRestoreSelectedRows(RestoreList& list, const std::string& sourceFol
                                  int16_t& intLoop) {
     std::string notFound;
     std::string sameName;
+    std::vector<std::string> inUse;
     // Two rows naming one file by the same bare name in different folders would both take the
     // one file of the folder; such a row is restored only from a folder named after its own,
     // as a backup with subfolders has them.
@@ -79,6 +85,13 @@ std::string fRestoreSelectedRows(RestoreList& list, const std::string& sourceFol
                    !equalsIgnoringCase(lastFolderOf(text), openFolder)) {
             sameName = kRestoreSameNameText;
         } else {
+            // The finance program keeps its files open while it runs; one replaced under it
+            // would be overwritten, or mixed with what it writes next.
+            ReplaceClaim claim = fileSystem().claimToReplace(text);
+            if (claim.inUse) {
+                inUse.push_back(text);
+                continue;
+            }
             subCopyFile(source, text);
             list.setSelected(row, false);
         }
@@ -86,6 +99,12 @@ std::string fRestoreSelectedRows(RestoreList& list, const std::string& sourceFol
     std::string caption = "Het terugzetten van de bestanden is gereed. \r\n" + notFound;
     if (!sameName.empty())
         caption += (notFound.empty() ? "" : "\r\n") + sameName;
+    if (!inUse.empty()) {
+        caption += std::string("\r\n\r\n") + kInUseText;
+        for (const std::string& path : inUse)
+            caption += "\r\n" + path;
+        caption += "\r\nSluit Norvale af en zet de backup opnieuw terug.";
+    }
     return caption;
 }
 

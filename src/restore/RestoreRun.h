@@ -22,7 +22,8 @@ extern const char* const kRestoreSameNameText;
 // Copies, for every selected row, the file of the same bare name in sourceFolder back onto the
 // row's path, and clears the row's selection behind each copy that worked. Returns the caption
 // of the result. intLoop is the window's counter and holds the row in hand. A failure of a copy
-// is thrown, with the rows done so far cleared.
+// is thrown, with the rows done so far cleared. A file another process holds open is not
+// replaced: its row stays selected and the result names it.
 std::string fRestoreSelectedRows(RestoreList& list, const std::string& sourceFolder,
                                  int16_t& intLoop);
 

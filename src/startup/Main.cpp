@@ -41,10 +41,12 @@ void readSettings() {
         AppSettings.strFiles[n] = fIniValue(kSectionFiles, rowKey(n), " ", "");
 }
 
-// Whether the start left a settings file; a folder that cannot even be looked into has none.
-bool settingsFileThere() {
+// Whether the start left a settings file that later changes can be stored in; a folder that
+// cannot even be looked into has none.
+bool settingsFileStorable() {
     try {
-        return fPlainFileExists(AppSettings.strIniFile);
+        return fPlainFileExists(AppSettings.strIniFile) &&
+               platform().profiles->mayStore(AppSettings.strIniFile);
     } catch (const FileFailure&) {
         return false;
     }
@@ -52,14 +54,9 @@ bool settingsFileThere() {
 
 } // namespace
 
-std::string fSettingsNotStoredText(const std::string& folder) {
-    return "De instellingen kunnen niet worden opgeslagen in de map " +
-           folderWithoutTrailingBackslash(folder) +
-           ".\r\n\r\nDe lijst met bestanden en het gekozen station worden daarom niet bewaard. "
-           "Zorg dat u in deze map mag schrijven.";
-}
-
 MainOutcome Main(StartWindows& windows) {
+    // The start tells in one box what it could not store, not once per store.
+    SettingsStoresUntold untold;
     AppSettings = AppSettingsRecord{};
     std::string path = AppPath();
     uint8_t status = 0;
@@ -81,9 +78,10 @@ MainOutcome Main(StartWindows& windows) {
     AppSettings.strIniFile = AppSettings.strAppDir + kIniFileName;
     App.HelpFile = AppPath() + "\\NV BU tool.chm";
     readSettings();
-    // Every start stores the list and the production folder; without a file afterwards the
-    // user would meet an empty list and no word why.
-    if (!settingsFileThere())
+    // Every start stores the list and the production folder; without a file afterwards, or with
+    // one that cannot be written, the user would meet an empty list, or lose every change, and
+    // no word why.
+    if (!settingsFileStorable())
         MsgBox(fSettingsNotStoredText(AppSettings.strAppDir), Buttons::OK, Icon::Exclamation);
 
     windows.loadMainWindow();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "startup/Settings.h"
+
 #include <string>
 
 namespace nv {
@@ -20,9 +22,6 @@ enum class MainOutcome {
 };
 
 extern const char* const kRestoreOnlyQuestion;
-
-// The notice of a start that could not store the settings file in the production folder.
-std::string fSettingsNotStoredText(const std::string& folder);
 
 // The program's start: finds the production folder, chooses the mode, reads the settings and
 // brings up the windows.

@@ -2,6 +2,8 @@
 
 #include "platform/Platform.h"
 #include "startup/AppSettings.h"
+#include "startup/MsgBox.h"
+#include "startup/Paths.h"
 
 #include <cerrno>
 #include <cstdlib>
@@ -19,12 +21,39 @@ std::string fReadIni(const std::string& path, const std::string& section, const 
     return platform().profiles->getString(section, key, fallback, 255, path);
 }
 
+std::string fSettingsNotStoredText(const std::string& folder) {
+    return "De instellingen kunnen niet worden opgeslagen in de map " +
+           folderWithoutTrailingBackslash(folder) +
+           ".\r\n\r\nDe lijst met bestanden en het gekozen station worden daarom niet bewaard. "
+           "Zorg dat u in deze map mag schrijven.";
+}
+
+namespace {
+
+// The batch in which a store that failed was last told; a list of thousands of rows written to a
+// read-only folder gives one box.
+unsigned toldInBatch = 0;
+
+void tellNotStored(const std::string& path) {
+    if (SettingsStoresUntold::active())
+        return;
+    if (const unsigned batch = ProfileBatch::current()) {
+        if (batch == toldInBatch)
+            return;
+        toldInBatch = batch;
+    }
+    MsgBox(fSettingsNotStoredText(folderOf(path)), Buttons::OK, Icon::Exclamation);
+}
+
+} // namespace
+
 void subWriteIni(const std::string& path, const std::string& section, const std::string& key,
                  std::string& value) {
     for (char& c : value)
         if (c == '\r' || c == '\n')
             c = ' ';
-    platform().profiles->writeString(section, key, value, path);
+    if (!platform().profiles->writeString(section, key, value, path))
+        tellNotStored(path);
 }
 
 void subWriteIni(const std::string& path, const std::string& section, const std::string& key,

@@ -13,11 +13,30 @@ extern const char* const kRowKeyPrefix;
 std::string fReadIni(const std::string& path, const std::string& section, const std::string& key,
                      const std::string& fallback);
 
-// Stores value; CR and LF in it become blanks, in the caller's own string. Failures go unnoticed.
+// Stores value; CR and LF in it become blanks, in the caller's own string. A store that fails is
+// told with the box of fSettingsNotStoredText, once per operation of the user: once in the
+// outermost ProfileBatch open, or for a single store outside one.
 void subWriteIni(const std::string& path, const std::string& section, const std::string& key,
                  std::string& value);
 void subWriteIni(const std::string& path, const std::string& section, const std::string& key,
                  const std::string& value);
+
+// The notice that the settings file in folder cannot be stored.
+std::string fSettingsNotStoredText(const std::string& folder);
+
+// While one lives, a store that fails is not told: its owner tells it, as the start does in one
+// box.
+class SettingsStoresUntold {
+public:
+    SettingsStoresUntold() { ++depth_; }
+    ~SettingsStoresUntold() { --depth_; }
+    SettingsStoresUntold(const SettingsStoresUntold&) = delete;
+    SettingsStoresUntold& operator=(const SettingsStoresUntold&) = delete;
+    static bool active() { return depth_ > 0; }
+
+private:
+    inline static int depth_ = 0;
+};
 
 // The value the program works with: a missing key (or one holding exactly "?") takes fallback,
 // which is stored at once. An empty file means the settings file; any other name is joined to

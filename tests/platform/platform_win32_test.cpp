@@ -45,7 +45,7 @@ TEST_F(Win32Platform, AFileHeldOpenWithoutSharingIsRefused) {
     ASSERT_NE(INVALID_HANDLE_VALUE, held);
     EXPECT_EQ(failureOf([&] { files.deleteFile(dir.drive("held.txt")); }), nv::kFailAccessRefused);
     EXPECT_EQ(failureOf([&] { files.copyFile(dir.drive("held.txt"), dir.drive("c.txt")); }),
-              nv::kFailAccessRefused);
+              nv::kFailSourceInUse);
     EXPECT_EQ(failureOf([&] { files.copyFile(dir.drive("src.txt"), dir.drive("held.txt")); }),
               nv::kFailAccessRefused);
     CloseHandle(held);

@@ -27,9 +27,17 @@ std::string typeOfDevice(const std::string& device, const std::string& mountinfo
 } // namespace
 
 NameRules nameRulesOfType(const std::string& type) {
-    for (const char* fat : {"vfat", "msdos", "exfat", "fuseblk", "fuse.exfat", "fuse.exfat-fuse"})
+    // NTFS takes these names on Linux, but the home platform could not read such a backup back.
+    for (const char* fat : {"vfat", "msdos", "exfat", "fuseblk", "ntfs", "ntfs3"})
         if (type == fat)
             return NameRules::Fat;
+    // A FUSE driver is named after itself: fusefat, exfat-fuse, ntfs-3g and lowntfs-3g.
+    if (type.rfind("fuse.", 0) == 0) {
+        const std::string driver = type.substr(5);
+        for (const char* part : {"fat", "ntfs"})
+            if (driver.find(part) != std::string::npos)
+                return NameRules::Fat;
+    }
     return NameRules::Native;
 }
 
@@ -43,8 +51,8 @@ std::string fileSystemTypeOf(const std::string& native, const std::string& mount
         return "vfat";
     if (magic == EXFAT_SUPER_MAGIC)
         return "exfat";
-    if (magic != FUSE_SUPER_MAGIC)
-        return "";
+    // Any other, NTFS among them, is named by the mount table; so is a FUSE driver, whose magic
+    // number tells only that it is FUSE.
     return typeOfDevice(std::to_string(major(st.st_dev)) + ":" + std::to_string(minor(st.st_dev)),
                         mountinfoPath);
 }

@@ -9,12 +9,14 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <csignal>
 #include <cstdio>
 #include <dirent.h>
 #include <fcntl.h>
 #include <functional>
 #include <linux/magic.h>
 #include <memory>
+#include <mutex>
 #include <stdio.h>
 #include <sys/stat.h>
 #include <sys/statfs.h>
@@ -251,12 +253,25 @@ int copyDigesting(int from, int to, Digester& digest, ReadBehind& behind) {
     }
 }
 
+// How many copies of a source that keeps changing are made before it is given up.
+constexpr int kCopiesOfAChangingSource = 3;
+
+// Whether two looks at a file saw one state of it: the same file, size and times.
+bool sameState(const struct stat& a, const struct stat& b) {
+    return a.st_dev == b.st_dev && a.st_ino == b.st_ino && a.st_size == b.st_size &&
+           a.st_mtim.tv_sec == b.st_mtim.tv_sec && a.st_mtim.tv_nsec == b.st_mtim.tv_nsec &&
+           a.st_ctim.tv_sec == b.st_ctim.tv_sec && a.st_ctim.tv_nsec == b.st_ctim.tv_nsec;
+}
+
 // Writes the open source into a hidden temporary file in the destination's folder, with the
 // source's times, unflushed; notes its path, size and digest in copy. A file it is to replace
 // lends it its mode and owner, and must be writable (75); a new one takes the source's bits, as
-// they are or within the umask as `bits` says, never writable for all. A failure removes the
-// temporary.
-void writeTemporary(const Fd& in, const Destination& to, StagedCopy& copy, Bits bits) {
+// they are or within the umask as `bits` says, never writable for all. A source that changed
+// while it was copied is copied again, and one that keeps changing is 81: the finance program
+// writes its files in place while it runs, and a mix of two states is no backup. A failure
+// removes the temporary.
+void writeTemporary(const Fd& in, const Destination& to, StagedCopy& copy, Bits bits,
+                    bool lookAgain) {
     struct stat st {};
     if (::fstat(in.fd, &st) != 0)
         throwErrno(errno, copy.source);
@@ -272,39 +287,59 @@ void writeTemporary(const Fd& in, const Destination& to, StagedCopy& copy, Bits 
                      ::faccessat(to.folder.fd, to.name.c_str(), W_OK, AT_EACCESS) != 0))
         throw fileFailure(kFailAccessRefused);
 
-    const std::string temp = temporaryName(to.name);
-    Fd out(::openat(to.folder.fd, temp.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
-                    replaces ? 0600 : st.st_mode & 0775));
-    if (out.fd < 0)
-        throwErrno(errno, copy.destination);
+    for (int made = 1;; ++made) {
+        const std::string temp = temporaryName(to.name);
+        Fd out(::openat(to.folder.fd, temp.c_str(),
+                        O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
+                        replaces ? 0600 : st.st_mode & 0775));
+        if (out.fd < 0)
+            throwErrno(errno, copy.destination);
 
-    Digester digest;
-    ReadBehind behind(out.fd, copy);
-    int err = copyDigesting(in.fd, out.fd, digest, behind);
-    if (err == 0 && replaces) {
-        // The owner first: a change of owner clears the set-id bits that the mode then puts back.
-        if ((old.st_uid != ::geteuid() || old.st_gid != ::getegid()) &&
-            ::fchown(out.fd, old.st_uid, old.st_gid) != 0)
-            (void)::fchown(out.fd, static_cast<uid_t>(-1), old.st_gid);
-        if (::fchmod(out.fd, old.st_mode & 07777) != 0 && !cannotKeep(errno))
+        Digester digest;
+        copy.readUpTo = 0;
+        copy.readSoFar = Digester();
+        ReadBehind behind(out.fd, copy);
+        int err = copyDigesting(in.fd, out.fd, digest, behind);
+        struct stat after {};
+        if (err == 0 && lookAgain && ::fstat(in.fd, &after) != 0)
             err = errno;
-    } else if (err == 0 && bits == Bits::Source && ::fchmod(out.fd, st.st_mode & 0775) != 0 &&
-               !cannotKeep(errno)) {
-        err = errno;
+        if (err == 0 && lookAgain && !sameState(st, after)) {
+            out.close();
+            ::unlinkat(to.folder.fd, temp.c_str(), 0);
+            if (made == kCopiesOfAChangingSource)
+                throw fileFailure(kFailSourceChanging);
+            if (::lseek(in.fd, 0, SEEK_SET) != 0)
+                throwErrno(errno, copy.source);
+            st = after;
+            continue;
+        }
+        if (err == 0 && replaces) {
+            // The owner first: a change of owner clears the set-id bits that the mode then puts
+            // back.
+            if ((old.st_uid != ::geteuid() || old.st_gid != ::getegid()) &&
+                ::fchown(out.fd, old.st_uid, old.st_gid) != 0)
+                (void)::fchown(out.fd, static_cast<uid_t>(-1), old.st_gid);
+            if (::fchmod(out.fd, old.st_mode & 07777) != 0 && !cannotKeep(errno))
+                err = errno;
+        } else if (err == 0 && bits == Bits::Source && ::fchmod(out.fd, st.st_mode & 0775) != 0 &&
+                   !cannotKeep(errno)) {
+            err = errno;
+        }
+        struct timespec times[2] = {st.st_atim, st.st_mtim};
+        if (err == 0 && ::futimens(out.fd, times) != 0 && !cannotKeep(errno))
+            err = errno;
+        // Closed on failure too: an open descriptor would keep the removed temporary's space
+        // taken on the stick until the program ends.
+        if (int closed = out.close(); closed != 0 && err == 0)
+            err = closed;
+        if (err != 0) {
+            ::unlinkat(to.folder.fd, temp.c_str(), 0);
+            throwErrno(err, copy.destination);
+        }
+        copy.temporary = joinNative(to.folderPath, temp);
+        copy.written = digest.digest();
+        return;
     }
-    struct timespec times[2] = {st.st_atim, st.st_mtim};
-    if (err == 0 && ::futimens(out.fd, times) != 0 && !cannotKeep(errno))
-        err = errno;
-    // Closed on failure too: an open descriptor would keep the removed temporary's space
-    // taken on the stick until the program ends.
-    if (int closed = out.close(); closed != 0 && err == 0)
-        err = closed;
-    if (err != 0) {
-        ::unlinkat(to.folder.fd, temp.c_str(), 0);
-        throwErrno(err, copy.destination);
-    }
-    copy.temporary = joinNative(to.folderPath, temp);
-    copy.written = digest.digest();
 }
 
 // Flushes one written file through a descriptor of its own; unlike syncfs this also reaches
@@ -415,6 +450,51 @@ std::vector<std::optional<FileFailure>> readBackEach(const std::vector<StagedCop
     return failures;
 }
 
+// Whether a process other than this one has the file (device, inode) open, as /proc shows its
+// descriptors; processes whose descriptors this one may not see are missed.
+bool openedElsewhere(dev_t device, ino_t inode) {
+    Fd proc(::open("/proc", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (proc.fd < 0)
+        return false;
+    const std::string self = std::to_string(::getpid());
+    bool found = false;
+    forEachEntry(proc.fd, [&](const dirent* process) {
+        const std::string pid = process->d_name;
+        if (found || pid == self || pid.find_first_not_of("0123456789") != std::string::npos)
+            return;
+        Fd fds(::openat(proc.fd, (pid + "/fd").c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+        if (fds.fd < 0)
+            return;
+        forEachEntry(fds.fd, [&](const dirent* fd) {
+            struct stat st {};
+            if (!found && fd->d_name[0] != '.' && ::fstatat(fds.fd, fd->d_name, &st, 0) == 0 &&
+                st.st_dev == device && st.st_ino == inode)
+                found = true;
+        });
+    });
+    return found;
+}
+
+// A program that opens a leased file makes the kernel send the holder SIGIO, whose default is to
+// end the process; the break needs no answer here, as the lease goes with the replace.
+void ignoreLeaseBreaks() {
+    static std::once_flag once;
+    std::call_once(once, [] {
+        struct sigaction old {};
+        if (::sigaction(SIGIO, nullptr, &old) == 0 && old.sa_handler == SIG_DFL)
+            std::signal(SIGIO, SIG_IGN);
+    });
+}
+
+// A write lease on an open file, given back when it goes.
+struct Lease {
+    Fd file;
+    ~Lease() {
+        if (file.fd >= 0)
+            ::fcntl(file.fd, F_SETLEASE, F_UNLCK);
+    }
+};
+
 } // namespace
 
 ResolvedPath PosixFileSystem::resolve(const std::string& drivePath) {
@@ -481,7 +561,7 @@ void PosixFileSystem::moveFile(const std::string& oldPath, const std::string& ne
     copy.source = oldPath;
     copy.destination = newPath;
     copy.target = toPath.path;
-    writeTemporary(in, to, copy, Bits::Umask);
+    writeTemporary(in, to, copy, Bits::Umask, secondLook);
     proveAndPlace(copy);
     if (::unlinkat(from.folder.fd, from.name.c_str(), 0) != 0)
         throwErrno(errno, oldPath);
@@ -508,7 +588,7 @@ StagedCopy PosixFileSystem::stage(const std::string& source, const std::string& 
     struct stat st {};
     if (backup && ::fstat(to.folder.fd, &st) == 0)
         copy.hold = watchFor(to.folder.fd, st.st_dev);
-    writeTemporary(in, to, copy, backup ? Bits::Source : Bits::Umask);
+    writeTemporary(in, to, copy, backup ? Bits::Source : Bits::Umask, secondLook);
     return copy;
 }
 
@@ -695,6 +775,38 @@ NameRules PosixFileSystem::nameRulesOf(const std::string& folder) {
     } catch (const FileFailure&) {
         return NameRules::Native;
     }
+}
+
+ReplaceClaim PosixFileSystem::claimToReplace(const std::string& path) {
+    ReplaceClaim claim;
+    try {
+        Destination place;
+        openPlace(place, resolve(path), path);
+        struct stat st {};
+        if (::fstatat(place.folder.fd, place.name.c_str(), &st, AT_SYMLINK_NOFOLLOW) != 0 ||
+            !S_ISREG(st.st_mode))
+            return claim;
+        auto lease = std::make_shared<Lease>();
+        lease->file.fd = openRegularNoFollow(place.folder.fd, place.name);
+        if (lease->file.fd >= 0) {
+            ignoreLeaseBreaks();
+            if (::fcntl(lease->file.fd, F_SETLEASE, F_WRLCK) == 0) {
+                claim.hold = std::move(lease);
+                return claim;
+            }
+            // A lease is refused to a process that does not own the file, and by some file
+            // systems; only EAGAIN says that the file is open elsewhere.
+            if (errno == EAGAIN) {
+                claim.inUse = true;
+                return claim;
+            }
+            lease->file.close();
+        }
+        claim.inUse = openedElsewhere(st.st_dev, st.st_ino);
+    } catch (const FileFailure&) {
+        // Not to be told here: the replace that follows meets it and says so.
+    }
+    return claim;
 }
 
 } // namespace nv

@@ -32,6 +32,9 @@ public:
     void flushFolder(const std::string& folder) override;
     void removeCopyLeftovers(const std::string& folder) override;
     NameRules nameRulesOf(const std::string& folder) override;
+    // Linux: a write lease on the file, which cannot be had while another process has it open,
+    // held until the claim goes; where leases are refused, a look through /proc.
+    ReplaceClaim claimToReplace(const std::string& path) override;
     std::optional<StagedCopy> stageCopy(const std::string& source,
                                         const std::string& destination) override;
     void flushStaged(const std::vector<StagedCopy>& copies) override;
@@ -42,6 +45,10 @@ public:
     void placeStaged(const StagedCopy& copy) override;
     void discardStaged(const StagedCopy& copy) noexcept override;
     void discardPlaced(const StagedCopy& copy) noexcept override;
+
+    // Whether a copy looks at its source again once written, to copy a source that changed
+    // meanwhile again. Only a benchmark turns it off, to show what the look costs.
+    bool secondLook = true;
 
 private:
     struct Watch;

@@ -177,7 +177,9 @@ int replaceFileAt(int folder, const std::string& name, const std::string& bytes,
             ::fchown(out.fd, like->st_uid, like->st_gid) != 0) {
             // Only root may give the file back to its owner; otherwise it becomes ours.
         }
-        if (::fchmod(out.fd, like->st_mode & 0775) != 0)
+        // FAT, exFAT and FUSE drivers may refuse permission bits; the file is no worse for that.
+        if (::fchmod(out.fd, like->st_mode & 0775) != 0 && errno != EPERM && errno != ENOSYS &&
+            errno != EOPNOTSUPP)
             err = errno;
     }
     if (err == 0)

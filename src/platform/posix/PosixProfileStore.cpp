@@ -324,4 +324,14 @@ void PosixProfileStore::endBatch() {
     }
 }
 
+bool PosixProfileStore::mayStore(const std::string& file) {
+    std::lock_guard lock(mutex_);
+    try {
+        const Target target = locate(file);
+        return target.pending || mayWrite(target);
+    } catch (...) {
+        return false;
+    }
+}
+
 } // namespace nv

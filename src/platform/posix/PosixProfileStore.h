@@ -27,6 +27,7 @@ public:
                      const std::string& file) override;
     void beginBatch() override;
     void endBatch() override;
+    bool mayStore(const std::string& file) override;
 
     // The parsed file, and where a drive-form path leads; both live in the implementation.
     struct Image;

@@ -245,6 +245,27 @@ void discard(const std::wstring& path) {
     DeleteFileW(path.c_str());
 }
 
+// How many copies of a source that keeps changing are made before it is given up.
+constexpr int kCopiesOfAChangingSource = 3;
+
+// Whether two looks at an open file saw one state of it: the same file, size and times.
+bool sameState(const BY_HANDLE_FILE_INFORMATION& a, const BY_HANDLE_FILE_INFORMATION& b) {
+    auto same = [](const FILETIME& x, const FILETIME& y) {
+        return x.dwLowDateTime == y.dwLowDateTime && x.dwHighDateTime == y.dwHighDateTime;
+    };
+    return a.dwVolumeSerialNumber == b.dwVolumeSerialNumber &&
+           a.nFileIndexHigh == b.nFileIndexHigh && a.nFileIndexLow == b.nFileIndexLow &&
+           a.nFileSizeHigh == b.nFileSizeHigh && a.nFileSizeLow == b.nFileSizeLow &&
+           same(a.ftLastWriteTime, b.ftLastWriteTime) && same(a.ftCreationTime, b.ftCreationTime);
+}
+
+// A source that cannot be opened or read: one that another program holds is told as such.
+FileFailure sourceFailure(DWORD error, const std::wstring& from) {
+    if (error == ERROR_SHARING_VIOLATION || error == ERROR_LOCK_VIOLATION)
+        return fileFailure(kFailSourceInUse);
+    return failureFor(error, from);
+}
+
 } // namespace
 
 std::string Win32FileSystem::firstMatch(const std::string& spec) {
@@ -296,7 +317,7 @@ std::optional<StagedCopy> Win32FileSystem::stageCopy(const std::string& source,
     FileHandle in(CreateFileW(from.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
                               nullptr, OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
     if (!in.valid())
-        throwFailure(GetLastError(), from);
+        throw sourceFailure(GetLastError(), from);
     BY_HANDLE_FILE_INFORMATION info{};
     if (!GetFileInformationByHandle(in.get(), &info))
         throwFailure(GetLastError(), from);
@@ -310,56 +331,81 @@ std::optional<StagedCopy> Win32FileSystem::stageCopy(const std::string& source,
         keep = old.dwFileAttributes;
     }
 
-    // Hidden from its creation while it waits to be flushed; the rename then puts it in place
-    // whole.
     std::wstring temp;
-    HANDLE created = INVALID_HANDLE_VALUE;
-    for (int attempt = 0;; ++attempt) {
-        temp = temporaryName(to);
-        created = CreateFileW(temp.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
-                              FILE_ATTRIBUTE_HIDDEN | FILE_FLAG_SEQUENTIAL_SCAN, nullptr);
-        if (created != INVALID_HANDLE_VALUE)
-            break;
-        DWORD error = GetLastError();
-        if ((error != ERROR_FILE_EXISTS && error != ERROR_ALREADY_EXISTS) || attempt == 10)
-            throwFailure(error, to);
-    }
-    FileHandle out(created);
-
-    // The source is read once: its digest is taken on the way.
     Digester digest;
     std::unique_ptr<char[]> buffer(new char[kBuffer]);
-    DWORD error = ERROR_SUCCESS;
-    const std::wstring* failedOn = &to;
-    for (;;) {
-        DWORD got = 0;
-        if (!ReadFile(in.get(), buffer.get(), kBuffer, &got, nullptr)) {
+    for (int made = 1;; ++made) {
+        // Hidden from its creation while it waits to be flushed; the rename then puts it in
+        // place whole.
+        HANDLE created = INVALID_HANDLE_VALUE;
+        for (int attempt = 0;; ++attempt) {
+            temp = temporaryName(to);
+            created = CreateFileW(temp.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
+                                  FILE_ATTRIBUTE_HIDDEN | FILE_FLAG_SEQUENTIAL_SCAN, nullptr);
+            if (created != INVALID_HANDLE_VALUE)
+                break;
+            DWORD error = GetLastError();
+            if ((error != ERROR_FILE_EXISTS && error != ERROR_ALREADY_EXISTS) || attempt == 10)
+                throwFailure(error, to);
+        }
+        FileHandle out(created);
+
+        // The source is read once: its digest is taken on the way.
+        digest = Digester();
+        DWORD error = ERROR_SUCCESS;
+        bool fromSource = false;
+        for (;;) {
+            DWORD got = 0;
+            if (!ReadFile(in.get(), buffer.get(), kBuffer, &got, nullptr)) {
+                error = GetLastError();
+                fromSource = true;
+                break;
+            }
+            if (got == 0)
+                break;
+            digest.add(buffer.get(), got);
+            DWORD put = 0;
+            BOOL ok = WriteFile(out.get(), buffer.get(), got, &put, nullptr);
+            if (!ok || put != got) {
+                error = ok ? ERROR_WRITE_FAULT : GetLastError();
+                break;
+            }
+        }
+        // One state of the source, or none: the finance program writes its files in place while
+        // it runs, and a source written meanwhile is copied again.
+        BY_HANDLE_FILE_INFORMATION after{};
+        if (error == ERROR_SUCCESS && !GetFileInformationByHandle(in.get(), &after)) {
             error = GetLastError();
-            failedOn = &from;
-            break;
+            fromSource = true;
         }
-        if (got == 0)
-            break;
-        digest.add(buffer.get(), got);
-        DWORD put = 0;
-        BOOL ok = WriteFile(out.get(), buffer.get(), got, &put, nullptr);
-        if (!ok || put != got) {
-            error = ok ? ERROR_WRITE_FAULT : GetLastError();
-            break;
+        if (error == ERROR_SUCCESS && secondLook && !sameState(info, after)) {
+            out.close();
+            discard(temp);
+            if (made == kCopiesOfAChangingSource)
+                throw fileFailure(kFailSourceChanging);
+            LARGE_INTEGER start{};
+            if (!SetFilePointerEx(in.get(), start, nullptr, FILE_BEGIN))
+                throwFailure(GetLastError(), from);
+            info = after;
+            continue;
         }
-    }
-    // The copy carries the source's time, as the system's own copy gives it.
-    if (error == ERROR_SUCCESS && !SetFileTime(out.get(), nullptr, nullptr, &info.ftLastWriteTime))
-        error = GetLastError();
-    if (!out.close() && error == ERROR_SUCCESS)
-        error = GetLastError();
-    if (error == ERROR_SUCCESS &&
-        !SetFileAttributesW(temp.c_str(), (info.dwFileAttributes & ~FILE_ATTRIBUTE_READONLY) |
-                                              FILE_ATTRIBUTE_HIDDEN))
-        error = GetLastError();
-    if (error != ERROR_SUCCESS) {
-        discard(temp);
-        throwFailure(error, *failedOn);
+        // The copy carries the source's time, as the system's own copy gives it.
+        if (error == ERROR_SUCCESS &&
+            !SetFileTime(out.get(), nullptr, nullptr, &info.ftLastWriteTime))
+            error = GetLastError();
+        if (!out.close() && error == ERROR_SUCCESS)
+            error = GetLastError();
+        if (error == ERROR_SUCCESS &&
+            !SetFileAttributesW(temp.c_str(), (info.dwFileAttributes & ~FILE_ATTRIBUTE_READONLY) |
+                                                  FILE_ATTRIBUTE_HIDDEN))
+            error = GetLastError();
+        if (error != ERROR_SUCCESS) {
+            discard(temp);
+            if (fromSource)
+                throw sourceFailure(error, from);
+            throwFailure(error, to);
+        }
+        break;
     }
     StagedCopy copy;
     copy.source = source;
@@ -611,6 +657,19 @@ void Win32FileSystem::removeCopyLeftovers(const std::string& folder) {
     }
     for (const std::wstring& path : leftovers)
         discard(path);
+}
+
+ReplaceClaim Win32FileSystem::claimToReplace(const std::string& path) {
+    ReplaceClaim claim;
+    try {
+        QuietDriveErrors quiet;
+        FileHandle h(CreateFileW(widePath(path).c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING,
+                                 FILE_ATTRIBUTE_NORMAL, nullptr));
+        claim.inUse = !h.valid() && GetLastError() == ERROR_SHARING_VIOLATION;
+    } catch (const FileFailure&) {
+        // Not to be told here: the replace that follows meets it and says so.
+    }
+    return claim;
 }
 
 } // namespace nv

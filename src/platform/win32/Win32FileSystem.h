@@ -22,6 +22,9 @@ public:
     void removeCopyLeftovers(const std::string& folder) override;
     // The system's own rules for names are those of FAT on every file system.
     NameRules nameRulesOf(const std::string&) override { return NameRules::Fat; }
+    // An open without sharing, which fails while another handle is open on the file; nothing is
+    // held, as the replace could not rename over a handle of this process either.
+    ReplaceClaim claimToReplace(const std::string& path) override;
     std::optional<StagedCopy> stageCopy(const std::string& source,
                                         const std::string& destination) override;
     void flushStaged(const std::vector<StagedCopy>& copies) override;
@@ -32,6 +35,9 @@ public:
     void placeStaged(const StagedCopy& copy) override;
     void discardStaged(const StagedCopy& copy) noexcept override;
     void discardPlaced(const StagedCopy& copy) noexcept override;
+
+    // Whether a copy looks at its source again once written; see PosixFileSystem.
+    bool secondLook = true;
 };
 
 } // namespace nv

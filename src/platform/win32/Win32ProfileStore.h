@@ -12,6 +12,7 @@ public:
                           const std::string& file) override;
     bool writeString(const std::string& section, const std::string& key, const std::string& value,
                      const std::string& file) override;
+    bool mayStore(const std::string& file) override;
 };
 
 } // namespace nv
