@@ -24,6 +24,7 @@ else
         g++-mingw-w64-x86-64-posix wine wine64
         xvfb xauth
         python3-pyatspi at-spi2-core dbus
+        fusefat dosfstools
     )
 fi
 
