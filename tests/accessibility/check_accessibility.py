@@ -1,14 +1,10 @@
 #!/usr/bin/env python3
-"""Checks the program as a screen reader meets it.
-
-Makes a throw-away demo install, starts the program there on the X display and the D-Bus session
-with its AT-SPI bus that run.sh gives it, reads the window tree and works the menus through their
-actions. Exit status: 0 passed, 1 failed, 77 skipped.
-"""
+"""Checks the program as a screen reader meets it: a throw-away demo install, the program started
+there on run.sh's display and AT-SPI bus, its window tree read and its menus worked through their
+actions. Exit status: 0 passed, 1 failed, 77 skipped."""
 
 import ctypes
 import os
-import re
 import shutil
 import signal
 import subprocess
@@ -53,9 +49,6 @@ START_TIMEOUT, WINDOW_TIMEOUT, EXIT_TIMEOUT = 20, 10, 5
 # How long a menu action may take to answer; libatspi's own defaults are 0.8 s, and 15 s while
 # the program is young.
 ACTION_REPLY_MS, DEFAULT_TIMEOUTS_MS = 2000, (800, 15000)
-# Motif window-manager hints: the bits of functions (field 1) and decorations (field 2), and of
-# the flags (field 0) that say the field is given; a field's bit 0x1 means "all but these".
-MINIMIZE, MAXIMIZE, TITLE = (0x8, 0x20), (0x10, 0x40), (None, 0x8)
 PR_SET_PDEATHSIG = 1
 
 
@@ -141,31 +134,6 @@ def window_list(app):
     return [(safe(w.getRoleName), safe(lambda: w.name)) for w in children(app)]
 
 
-def motif_hints(title):
-    """(flags, functions, decorations) the one X window of this title asks of the window manager,
-    or None when no such window stands or it gives none. The 1x1 group leader and helper windows
-    have no class and are left out."""
-    tree = subprocess.run(["xwininfo", "-root", "-tree"], capture_output=True, text=True).stdout
-    ids = [m.group(1) for m in re.finditer(r'^\s+(0x[0-9a-f]+) "(.*)": \((.+)\)', tree, re.M)
-           if m.group(2) == title]
-    if len(ids) != 1:
-        return None
-    answer = subprocess.run(["xprop", "-id", ids[0], "_MOTIF_WM_HINTS"], capture_output=True,
-                            text=True)
-    if answer.returncode != 0 or "=" not in answer.stdout:
-        return None
-    fields = [int(field, 0) for field in answer.stdout.split("=", 1)[1].split(",")]
-    return tuple(fields[:3]) if len(fields) >= 3 else None
-
-
-def offered(hints, bits):
-    """Whether a window manager that honours the hints offers the function or draws the part of
-    the frame that bits name, as (function bit, decoration bit)."""
-    return any(bit is not None and (not hints[0] & given or
-                                    bool(hints[field] & bit) != bool(hints[field] & 0x1))
-               for field, (given, bit) in enumerate(zip((0x1, 0x2), bits), start=1))
-
-
 def check_named(window, what):
     """Every shown control a user can reach has a name, and no label borrows its frame's title:
     one spoken by the title of the frame it stands in shows nothing of its own."""
@@ -221,11 +189,6 @@ def check_help(app):
     shown = safe(lambda: pages[0].queryText().getText(0, -1), "") if pages else ""
     check(shown.startswith(HELP_HEADING), f"the help window shows its heading '{HELP_HEADING}'",
           f"it reads {shown[:80]!r}")
-    contents = [acc for acc in find_all(helps[0], None, "Inhoud") if showing(acc)]
-    check(bool(contents) and HELP_HEADING in texts(contents[0]),
-          "the help window's contents name the guide's first page")
-    for name in ("Terug", "Vooruit"):
-        check(len(find_all(helps[0], "push button", name)) == 1, f"help has a button '{name}'")
     check_named(helps[0], "help window")
     key(0xFF1B)  # Escape
     check(wait(lambda: not windows(app, "frame", HELP_TITLE), WINDOW_TIMEOUT),
@@ -253,10 +216,6 @@ def check_about(app, frame, version):
     about, read = dialogs[0], texts(dialogs[0])
     for text in ("Norvale Backup Tool", f"Versie {version}", "Voor vragen, mail naar:"):
         check(text in read, f"About window reads '{text}'", f"texts are {read}")
-    hints = motif_hints(about.name)
-    check(hints is not None and not offered(hints, MINIMIZE) and not offered(hints, MAXIMIZE),
-          "the About window asks for no minimise and no maximise button",
-          f"Motif hints (flags, functions, decorations) are {hints}")
     check(len([b for b in find_all(about, "push button") if "@" in (b.name or "")]) == 1,
           "the mail address is a button a screen reader can press")
     ok = find_all(about, "push button", "OK")
@@ -274,13 +233,7 @@ def run_checks(session, version):
             f"exit status {program.returncode}")
     require(app, f"the program appears on the AT-SPI desktop within {START_TIMEOUT} s")
 
-    # The splash stands over the main window for two seconds after the start, without a caption.
-    hints = motif_hints(APP_NAME)
-    if hints is None and not windows(app, "frame", APP_NAME):
-        print("      (the splash went before its hints could be read)")
-    else:
-        check(hints is not None and not offered(hints, TITLE), "the splash asks for no caption",
-              f"Motif hints (flags, functions, decorations) are {hints}")
+    # The splash stands over the main window for two seconds after the start.
     check(wait(lambda: not windows(app, "frame", APP_NAME), WINDOW_TIMEOUT),
           f"the splash goes within {WINDOW_TIMEOUT} s")
 

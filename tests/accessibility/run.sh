@@ -15,7 +15,6 @@ skip() {
 [ -x "$launcher" ] || skip at-spi2-core
 command -v dbus-daemon >/dev/null && command -v dbus-send >/dev/null || skip dbus
 command -v Xvfb >/dev/null || skip xvfb
-command -v xprop >/dev/null || skip x11-utils
 
 dir="$(mktemp -d -t nv-a11y-session-XXXXXX)"
 trap 'stop_session; rm -rf "$dir"' EXIT

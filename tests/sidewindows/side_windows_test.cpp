@@ -9,7 +9,7 @@ using namespace nv;
 
 namespace {
 
-TEST(Splash, ShowsItsCopyrightAndGoesOnACharacterKeyAClickOrTwoSecondsAfterItsLoad) {
+TEST(Splash, ShowsItsCopyrightAndGoesOnACharacterKeyOrAClick) {
     nvtest::TestMachine machine;
     const std::function<void(nvtest::FakeSplashWindow&)> closers[] = {
         [](auto& w) { w.Me.KeyPress(); }, [](auto& w) { EXPECT_TRUE(w.Frame1.click()); }};
@@ -20,19 +20,6 @@ TEST(Splash, ShowsItsCopyrightAndGoesOnACharacterKeyAClickOrTwoSecondsAfterItsLo
         close(splash);
         EXPECT_TRUE(splash.Me.closed);
     }
-
-    nvtest::FakeSplashWindow splash;
-    splash.form().Form_Load();
-    EXPECT_EQ(splash.Timer1.interval(), 500);
-    // A clock put back a minute delays the closing: the timer compares with the moment of load.
-    machine.clock.timeOfDay -= 57'500;
-    EXPECT_TRUE(splash.Timer1.tick());
-    machine.clock.timeOfDay += 57'500 + 2000;
-    splash.Timer1.tick();
-    EXPECT_FALSE(splash.Me.closed);
-    machine.clock.timeOfDay += 1;
-    splash.Timer1.tick();
-    EXPECT_TRUE(splash.Me.closed);
 }
 
 TEST(About, ShowsItsTextsAndTheMailLinkGoesThroughAThrowAwayShortcut) {
@@ -42,8 +29,6 @@ TEST(About, ShowsItsTextsAndTheMailLinkGoesThroughAThrowAwayShortcut) {
     nvtest::FakeAboutWindow about;
     about.form().Form_Load();
     EXPECT_EQ(about.lblDisclaimer.caption(), kCopyrightLine);
-    EXPECT_EQ(about.lblDescription.caption().substr(0, 36), "Eenvoudig progamma om de Norvale bes");
-    EXPECT_EQ(about.LblMail.foreColor, (Rgb{0, 0, 192}));
 
     for (int click = 0; click < 2; ++click)
         EXPECT_TRUE(about.LblMail.click());

@@ -27,13 +27,6 @@ int FakeListBox::rowOf(const std::string& text) const {
     return -1;
 }
 
-std::vector<std::string> FakeListBox::texts() const {
-    std::vector<std::string> out;
-    for (const Row& row : rows)
-        out.push_back(row.text);
-    return out;
-}
-
 bool FakeComboBox::choose(const std::string& text) {
     if (!reachable())
         return false;

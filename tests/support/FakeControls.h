@@ -18,9 +18,6 @@ namespace nvtest {
 // The fake control set keeps what a user would see, without a screen. The helpers that act as
 // the user (click, choose, tick...) return false, doing nothing, on a hidden or disabled control.
 
-// The control that took the keyboard focus last.
-inline const void* focused = nullptr;
-
 template <typename Base> struct FakeControl : Base {
     bool visible() const override { return visible_; }
     void setVisible(bool visible) override { visible_ = visible; }
@@ -28,10 +25,9 @@ template <typename Base> struct FakeControl : Base {
     void setEnabled(bool enabled) override { enabled_ = enabled; }
     nv::TwipsRect place() const override { return place_; }
     void setPlace(const nv::TwipsRect& place) override { place_ = place; }
-    void setFocus() override { focused = this; }
+    void setFocus() override {}
 
     bool reachable() const { return visible_ && enabled_; }
-    bool hasFocus() const { return focused == this; }
     template <typename Event, typename... Args> bool raise(const Event& event, Args... args) {
         return reachable() && event && (event(args...), true);
     }
@@ -102,7 +98,12 @@ struct FakeListBox : FakeRows<nv::ListBox> {
         return static_cast<int>(
             std::count_if(rows.begin(), rows.end(), [](const Row& row) { return row.selected; }));
     }
-    std::vector<std::string> texts() const;
+    std::vector<std::string> texts() const {
+        std::vector<std::string> out;
+        for (const Row& row : rows)
+            out.push_back(row.text);
+        return out;
+    }
 };
 
 struct FakeComboBox : FakeRows<nv::ComboBox> {
