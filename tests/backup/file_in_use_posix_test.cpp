@@ -66,7 +66,7 @@ TEST_F(FileInUse, ASourceWrittenWhileItIsCopiedIsCopiedAgainOrToldAndLeftOut) {
 
 // Told by the rules for names the file system's type asks for, or, where the type was not known,
 // by the refusal of the copy itself: the same boxes, and only the fitting name on the stick.
-class UnknownType : public FaultyFiles {
+class UnknownType : public FaultyMedium {
     NameRules nameRulesOf(const std::string&) override { return NameRules::Native; }
 };
 

@@ -8,12 +8,12 @@ using namespace nvtest;
 
 namespace {
 
-class HeldSource : public FaultyFiles {
+class HeldSource : public FaultyMedium {
 public:
     std::optional<StagedCopy> stageCopy(const std::string& from, const std::string& to) override {
         if (from == held)
             throw fileFailure(kFailSourceInUse);
-        return FaultyFiles::stageCopy(from, to);
+        return FaultyMedium::stageCopy(from, to);
     }
     std::string held;
 };
