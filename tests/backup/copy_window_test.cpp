@@ -1,5 +1,3 @@
-#include "backup/FrmCopy.h"
-#include "platform/FileFailure.h"
 #include "support/FailureOf.h"
 #include "support/FakeControls.h"
 #include "support/ProgramFolder.h"

@@ -1,5 +1,3 @@
-#include "sidewindows/FrmAbout.h"
-#include "sidewindows/FrmSplash.h"
 #include "support/FakeControls.h"
 #include "support/TestMachine.h"
 
