@@ -60,7 +60,7 @@ std::string TempFolder::drive(const std::string& relative) const {
 }
 
 fs::path TempFolder::native(const std::string& relative) const {
-    return native_ / fs::path(withSeparator(relative, '/'));
+    return native_ / fromUtf8(withSeparator(relative, '/'));
 }
 
 void TempFolder::write(const std::string& relative, const std::string& bytes) const {
