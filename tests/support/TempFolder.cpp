@@ -26,12 +26,14 @@ std::string withSeparator(std::string relative, char separator) {
 }
 } // namespace
 
-TempFolder::TempFolder() {
+TempFolder::TempFolder() : TempFolder(fs::temp_directory_path()) {}
+
+TempFolder::TempFolder(const fs::path& under) {
     static std::atomic<int> counter{0};
     const auto stamp = std::chrono::steady_clock::now().time_since_epoch().count();
     for (int attempt = 0; attempt < 100; ++attempt) {
-        fs::path candidate = fs::temp_directory_path() /
-                             ("nvtest-" + std::to_string(stamp) + "-" + std::to_string(counter++));
+        fs::path candidate =
+            under / ("nvtest-" + std::to_string(stamp) + "-" + std::to_string(counter++));
         if (fs::create_directory(candidate)) {
             native_ = fs::canonical(candidate);
             return;

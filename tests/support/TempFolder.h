@@ -11,10 +11,11 @@ inline std::filesystem::path fromUtf8(const std::string& text) {
     return std::filesystem::path(std::u8string(text.begin(), text.end()));
 }
 
-// A fresh folder under the system's temporary folder, removed with everything in it at the end.
+// A fresh folder under the system's temporary folder, or one given, removed with all in it.
 class TempFolder {
 public:
     TempFolder();
+    explicit TempFolder(const std::filesystem::path& under);
     ~TempFolder();
     TempFolder(const TempFolder&) = delete;
     TempFolder& operator=(const TempFolder&) = delete;
