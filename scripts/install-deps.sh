@@ -21,7 +21,7 @@ else
         qt6-base-dev qt6-base-dev-tools libgl-dev qt6-translations-l10n
         fp-utils libchm-dev libchm-bin libmd4c-dev libmd4c-html0-dev
         googletest libgtest-dev libgmock-dev
-        g++-mingw-w64-x86-64-posix wine wine64
+        g++-mingw-w64-x86-64-posix wine wine64 fonts-wine locales nsis
         xvfb xauth
         python3-pyatspi at-spi2-core dbus
         fusefat dosfstools
