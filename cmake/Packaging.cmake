@@ -9,8 +9,10 @@ set(nv_program_dir opt/norvale-backup)
 
 install(TARGETS norvale-backup RUNTIME DESTINATION ${nv_program_dir})
 # The copy clip and anything else the program opens next to its own executable.
+# The AVI form of the clip is the Windows program's.
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/assets/install/ DESTINATION ${nv_program_dir}
-    FILE_PERMISSIONS OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ)
+    FILE_PERMISSIONS OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ
+    PATTERN "*.AVI" EXCLUDE)
 
 install(FILES "${NV_HELP_FILE}" DESTINATION ${nv_program_dir}
     PERMISSIONS OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ)
