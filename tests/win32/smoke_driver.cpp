@@ -170,19 +170,31 @@ void answerBox(DWORD pid, const std::wstring& text, const std::wstring& answer) 
         giveUp(L"box \"" + text + L"\" stays after " + answer);
 }
 
-// With NV_SHOTS set (a folder), the window as it stands is asked to be taken: the request names
-// its place on the screen, and the taker answers with a file of the same name ending in .done.
+// With NV_SHOTS set (a folder), the window is asked to be taken, the program held still
+// meanwhile: the request names its place on the screen, and the taker answers with a file of the
+// same name ending in .done.
 void shoot(HWND window, const char* name) {
     const char* folder = std::getenv("NV_SHOTS");
     if (!folder)
         return;
+    using Call = LONG(NTAPI*)(HANDLE);
+    auto ntdll = [](const char* call) {
+        return reinterpret_cast<Call>(
+            reinterpret_cast<void (*)()>(GetProcAddress(GetModuleHandleA("ntdll.dll"), call)));
+    };
+    std::this_thread::sleep_for(300ms);
+    HANDLE program = OpenProcess(PROCESS_SUSPEND_RESUME, FALSE, processOf(window));
+    ntdll("NtSuspendProcess")(program);
     RECT r;
     GetWindowRect(window, &r);
-    const std::filesystem::path request = std::filesystem::path(folder) / name;
-    std::ofstream(request.string() + ".req")
+    const std::string request = (std::filesystem::path(folder) / name).string();
+    std::ofstream(request + ".part")
         << r.right - r.left << "x" << r.bottom - r.top << "+" << r.left << "+" << r.top << "\n";
-    for (int i = 0; i < 3000 && !std::filesystem::exists(request.string() + ".done"); ++i)
+    std::filesystem::rename(request + ".part", request + ".req");
+    for (int i = 0; i < 3000 && !std::filesystem::exists(request + ".done"); ++i)
         std::this_thread::sleep_for(10ms);
+    ntdll("NtResumeProcess")(program);
+    CloseHandle(program);
 }
 
 HWND mainWindow() {
