@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Draws the copy window's clip into assets/install/FILECOPY.GIF with tools/draw_clip.
+# Draws the copy window's clip into assets/install/FILECOPY.GIF (the Qt program's) and
+# FILECOPY.AVI (the Windows program's) with tools/draw_clip.
 # NV_BUILD_DIR names an already configured build folder to use instead of the dev preset's.
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -14,5 +15,7 @@ cmake --build "$build" -j2 --target draw_clip
 
 out=assets/install
 mkdir -p "$out"
-QT_QPA_PLATFORM=offscreen "$build/tools/draw_clip" "$out/FILECOPY.GIF"
-printf 'Written: %s, %d bytes\n' "$out/FILECOPY.GIF" "$(stat -c %s "$out/FILECOPY.GIF")"
+QT_QPA_PLATFORM=offscreen "$build/tools/draw_clip" "$out/FILECOPY.GIF" "$out/FILECOPY.AVI"
+for clip in "$out/FILECOPY.GIF" "$out/FILECOPY.AVI"; do
+    printf 'Written: %s, %d bytes\n' "$clip" "$(stat -c %s "$clip")"
+done

@@ -1,7 +1,10 @@
 // Draws the copy window's clip, a sheet of paper flying from a folder into a memory stick, and
-// writes it as a looping animated GIF to the path given as the only argument. The file is read
-// back through Qt's own GIF reader and compared pixel by pixel before the tool reports success.
+// writes it as a looping animated GIF for the Qt program and as an AVI for the Windows program's
+// Animation control, with the same frames, colours and timing. The GIF is read back through Qt's
+// own GIF reader and compared pixel by pixel before the tool reports success.
 // Run with QT_QPA_PLATFORM=offscreen.
+#include "AviWriter.h"
+
 #include <QColor>
 #include <QFile>
 #include <QGuiApplication>
@@ -325,16 +328,24 @@ bool readsBackAs(const QString& path, const std::vector<std::vector<uint8_t>>& f
     return true;
 }
 
+bool writeFile(const QString& path, const std::vector<uint8_t>& bytes) {
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) &&
+           file.write(reinterpret_cast<const char*>(bytes.data()),
+                      static_cast<qint64>(bytes.size())) == static_cast<qint64>(bytes.size());
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
     QGuiApplication app(argc, argv);
     const QStringList arguments = QGuiApplication::arguments();
-    if (arguments.size() != 2) {
-        std::fprintf(stderr, "usage: draw_clip <output file>\n");
+    if (arguments.size() != 3) {
+        std::fprintf(stderr, "usage: draw_clip <GIF file> <AVI file>\n");
         return 2;
     }
-    const QString path = arguments.at(1);
+    const QString gifPath = arguments.at(1);
+    const QString aviPath = arguments.at(2);
 
     std::vector<QImage> pictures;
     for (int frame = 0; frame < kFrames; ++frame)
@@ -345,17 +356,17 @@ int main(int argc, char** argv) {
     for (const QImage& picture : pictures)
         frames.push_back(indexed(picture, palette, nearest));
 
-    const std::vector<uint8_t> bytes = gif(frames, palette);
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) ||
-        file.write(reinterpret_cast<const char*>(bytes.data()),
-                   static_cast<qint64>(bytes.size())) != static_cast<qint64>(bytes.size())) {
-        std::fprintf(stderr, "draw_clip: cannot write %s\n", qPrintable(path));
-        return 1;
+    const AviClip clip{kWidth, kHeight, kDelayHundredths * 10000,
+                       std::vector<uint32_t>(palette.begin(), palette.end()), frames};
+    for (const auto& [path, bytes] :
+         {std::pair{gifPath, gif(frames, palette)}, std::pair{aviPath, aviFile(clip)}}) {
+        if (!writeFile(path, bytes)) {
+            std::fprintf(stderr, "draw_clip: cannot write %s\n", qPrintable(path));
+            return 1;
+        }
     }
-    file.close();
-    if (!readsBackAs(path, frames, palette)) {
-        std::fprintf(stderr, "draw_clip: %s does not read back as drawn\n", qPrintable(path));
+    if (!readsBackAs(gifPath, frames, palette)) {
+        std::fprintf(stderr, "draw_clip: %s does not read back as drawn\n", qPrintable(gifPath));
         return 1;
     }
     return 0;

@@ -1,6 +1,10 @@
 // Draws the program's pictures (splash banner, emblem, About logo, window icons) as PNG files
-// into the folder given as the only argument. Run with QT_QPA_PLATFORM=offscreen.
+// into the folder given as the only argument, and for the Windows program the window icon as an
+// .ico file and the other pictures as 24-bit BMP files. Run with QT_QPA_PLATFORM=offscreen.
+#include "IcoWriter.h"
+
 #include <QDir>
+#include <QFile>
 #include <QFont>
 #include <QFontMetricsF>
 #include <QGuiApplication>
@@ -26,6 +30,8 @@ const QColor mist{0xee, 0xf5, 0xf7};
 const QColor steel{0xc8, 0xd5, 0xdd};
 const QColor slate{0x5d, 0x74, 0x87};
 const QColor green{0x3c, 0xae, 0x72};
+// The face of a dialog, where the Windows program shows its pictures.
+const QColor dialogFace{240, 240, 240};
 
 QColor withAlpha(QColor colour, int alpha) {
     colour.setAlpha(alpha);
@@ -360,6 +366,26 @@ QImage drawWindowIcon(int size) {
     return image;
 }
 
+// GDI's LoadImage reads BMP without alpha, so the Windows program gets each picture flattened
+// on the face it stands on.
+QImage onDialogFace(const QImage& picture) {
+    QImage flat(picture.size(), QImage::Format_RGB32);
+    flat.fill(dialogFace);
+    QPainter p(&flat);
+    p.drawImage(0, 0, picture);
+    p.end();
+    return flat.convertToFormat(QImage::Format_RGB888);
+}
+
+bool writeIcon(const QString& path) {
+    std::vector<QImage> sizes;
+    for (int size : {16, 24, 32, 48, 256})
+        sizes.push_back(drawWindowIcon(size));
+    const QByteArray bytes = icoFile(sizes);
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -375,20 +401,35 @@ int main(int argc, char** argv) {
         return 1;
     }
 
+    const QImage splashBanner = drawSplashBanner();
+    const QImage splashSquare = drawSplashSquare();
+    const QImage aboutLogo = drawAboutLogo();
     const struct {
         const char* name;
         QImage image;
+        const char* format;
     } pictures[] = {
-        {"splash-banner.png", drawSplashBanner()},  {"splash-square.png", drawSplashSquare()},
-        {"about-logo.png", drawAboutLogo()},        {"window-icon.png", drawWindowIcon(256)},
-        {"window-icon-48.png", drawWindowIcon(48)}, {"window-icon-32.png", drawWindowIcon(32)},
+        {"splash-banner.png", splashBanner, "PNG"},
+        {"splash-square.png", splashSquare, "PNG"},
+        {"about-logo.png", aboutLogo, "PNG"},
+        {"window-icon.png", drawWindowIcon(256), "PNG"},
+        {"window-icon-48.png", drawWindowIcon(48), "PNG"},
+        {"window-icon-32.png", drawWindowIcon(32), "PNG"},
+        {"splash-banner.bmp", onDialogFace(splashBanner), "BMP"},
+        {"splash-square.bmp", onDialogFace(splashSquare), "BMP"},
+        {"about-logo.bmp", onDialogFace(aboutLogo), "BMP"},
     };
     for (const auto& picture : pictures) {
         const QString path = folder.filePath(QString::fromLatin1(picture.name));
-        if (!picture.image.save(path, "PNG")) {
+        if (!picture.image.save(path, picture.format)) {
             std::fprintf(stderr, "draw_pictures: cannot write %s\n", qPrintable(path));
             return 1;
         }
+    }
+    const QString icon = folder.filePath(QStringLiteral("window-icon.ico"));
+    if (!writeIcon(icon)) {
+        std::fprintf(stderr, "draw_pictures: cannot write %s\n", qPrintable(icon));
+        return 1;
     }
     return 0;
 }
