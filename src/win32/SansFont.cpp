@@ -1,0 +1,29 @@
+#include "win32/SansFont.h"
+
+#include "win32/Twips.h"
+
+#include <cmath>
+#include <map>
+#include <tuple>
+
+namespace nv::win32 {
+
+HFONT sansFont(double points, bool bold, bool underline) {
+    static std::map<std::tuple<int, bool, bool>, HFONT> made;
+    const int hundredths = static_cast<int>(std::lround(points * 100));
+    HFONT& font = made[{hundredths, bold, underline}];
+    if (!font) {
+        LOGFONTW look{};
+        look.lfHeight = -MulDiv(hundredths, screenDpi(), 7200);
+        look.lfWeight = bold ? FW_BOLD : FW_NORMAL;
+        look.lfUnderline = underline;
+        look.lfCharSet = DEFAULT_CHARSET;
+        look.lfQuality = CLEARTYPE_QUALITY;
+        // Wine carries Tahoma itself; it reads well at the small sizes of these windows.
+        lstrcpyW(look.lfFaceName, L"Tahoma");
+        font = CreateFontIndirectW(&look);
+    }
+    return font;
+}
+
+} // namespace nv::win32
