@@ -39,7 +39,9 @@ export WINEDLLOVERRIDES="mscoree,mshtml=" LANG=nl_NL.UTF-8 LC_ALL=nl_NL.UTF-8
 
 Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp 3>"$work/display" 2>/dev/null &
 xvfb=$!
-trap 'wineserver -k >/dev/null 2>&1 || true; kill $xvfb 2>/dev/null || true' EXIT
+# A failure leaves the screen as it stood in build/mingw/smoke/failure.png.
+trap '[ $? -eq 0 ] || import -window root "$work/failure.png" 2>/dev/null || true
+    wineserver -k >/dev/null 2>&1 || true; kill $xvfb 2>/dev/null || true' EXIT
 for _ in $(seq 100); do [ -s "$work/display" ] && break || sleep 0.1; done
 export DISPLAY=":$(cat "$work/display")"
 
@@ -90,8 +92,9 @@ same "$work/original/NV.ini" "$production/NV.ini" "the restore brought NV.ini ba
 
 drive finish "$exe"
 settings="$production/NVbackuptool.ini"
-grep -q $'^\[Basic settings\]\r\?$' "$settings" && grep -q $'^DriveTarget=E:\r\?$' "$settings" &&
-    grep -qF "BackUpfile1=C:\\users\\$(id -un)\\AppData\\Roaming\\Norvale\\NV_Ledger01.mdb" \
-        "$settings" || { echo "FAIL the settings file names E: and the list"; exit 1; }
+for line in '[Basic settings]' 'DriveTarget=E:' \
+    "BackUpfile1=C:\\users\\$(id -un)\\AppData\\Roaming\\Norvale\\NV_Ledger01.mdb"; do
+    grep -qxF "$line"$'\r' "$settings" || { echo "FAIL the settings file holds $line"; exit 1; }
+done
 echo "ok   the settings file names E: and the list"
 echo "smoke: passed in $(($(date +%s) - started)) s"

@@ -69,7 +69,7 @@ HWND mustFind(const std::function<HWND()>& found, const std::wstring& what) {
 }
 
 bool waitGone(HWND window, std::chrono::milliseconds limit = 30s) {
-    return waitFor([&] { return IsWindow(window) ? nullptr : HWND_DESKTOP; }, limit);
+    return waitFor([&] { return IsWindowVisible(window) ? nullptr : HWND_BROADCAST; }, limit);
 }
 
 std::wstring classOf(HWND window) {
@@ -90,8 +90,8 @@ std::wstring plain(std::wstring text) {
     return text;
 }
 
-// The visible windows of a class that pass a test: the program's own top-level windows when
-// parent is null, else the controls under parent, top to bottom and left to right.
+// The visible windows of a class ("" for any) that pass a test: the program's own top-level windows
+// when parent is null, else the controls under parent, top to bottom and left to right.
 std::vector<HWND> windows(HWND parent, const std::wstring& cls,
                           const std::function<bool(HWND)>& also = {}) {
     struct Search {
@@ -101,7 +101,8 @@ std::vector<HWND> windows(HWND parent, const std::wstring& cls,
     } search{cls, also, {}};
     const WNDENUMPROC each = [](HWND window, LPARAM data) -> BOOL {
         auto& s = *reinterpret_cast<Search*>(data);
-        if (IsWindowVisible(window) && classOf(window) == s.cls && (!s.also || s.also(window)))
+        if (IsWindowVisible(window) && (s.cls.empty() || classOf(window) == s.cls) &&
+            (!s.also || s.also(window)))
             s.found.push_back(window);
         return TRUE;
     };
@@ -295,14 +296,13 @@ void restore() {
     shoot(main, "wizard");
     next();
     step(4);
-    check(control(main, L"Static", L"U staat op het punt om bestanden terug te zetten. U heeft 9 "),
+    check(control(main, L"", L"U staat op het punt om bestanden terug te zetten. U heeft 9 "),
           L"step 4 counts 9 files");
     next();
     answerBox(pid, L"U staat op het punt om de backup terug te zetten. Wilt u doorgaan?", L"Ja");
-    check(waitFor([&] {
-              return control(main, L"Static", L"Het terugzetten van de bestanden is gereed.");
-          }),
-          L"the wizard tells the restore is done");
+    check(
+        waitFor([&] { return control(main, L"", L"Het terugzetten van de bestanden is gereed."); }),
+        L"the wizard tells the restore is done");
     next();
     check(waitFor([&] { return control(main, L"Button", L"Volgende >>>") ? nullptr : main; }, 10s),
           L"the wizard closes after its last step");
