@@ -63,6 +63,8 @@ program="$WINEPREFIX/drive_c/Program Files/Norvale"
 [ -f "$program/norvale-backup.exe" ] || { echo "smoke: the installer left no program" >&2; exit 1; }
 # The finance program's files in its folder, as a user's install has them.
 while read -r name lines; do
+    # Screenshots need a copy that lasts long enough to be seen.
+    [ -z "${NV_SHOTS:-}" ] || lines=$((lines * 400))
     seq "$lines" | sed "s/.*/Smoke $name regel &: boeking &, bedrag & EUR\r/" >"$work/original/$name"
     cp "$work/original/$name" "$program/$name"
 done < <(grep -v '^#' scripts/lib/sample-files.txt)

@@ -68,6 +68,14 @@ HWND mustFind(const std::function<HWND()>& found, const std::wstring& what) {
     return window;
 }
 
+// The shown window of a class (and caption), once there.
+std::function<HWND()> shown(const wchar_t* cls, const wchar_t* caption = nullptr) {
+    return [=] {
+        HWND window = FindWindowW(cls, caption);
+        return IsWindowVisible(window) ? window : nullptr;
+    };
+}
+
 bool waitGone(HWND window, std::chrono::milliseconds limit = 30s) {
     return waitFor([&] { return IsWindowVisible(window) ? nullptr : HWND_BROADCAST; }, limit);
 }
@@ -183,7 +191,7 @@ void shoot(HWND window, const char* name) {
         return reinterpret_cast<Call>(
             reinterpret_cast<void (*)()>(GetProcAddress(GetModuleHandleA("ntdll.dll"), call)));
     };
-    std::this_thread::sleep_for(300ms);
+    std::this_thread::sleep_for(500ms);
     HANDLE program = OpenProcess(PROCESS_SUSPEND_RESUME, FALSE, processOf(window));
     ntdll("NtSuspendProcess")(program);
     RECT r;
@@ -199,7 +207,7 @@ void shoot(HWND window, const char* name) {
 }
 
 HWND mainWindow() {
-    return mustFind([] { return FindWindowW(L"NorvaleBackupMain", kMainCaption); }, L"main window");
+    return mustFind(shown(L"NorvaleBackupMain", kMainCaption), L"main window");
 }
 
 std::wstring productionFolder() {
@@ -225,7 +233,7 @@ void backup(const std::wstring& program, const std::wstring& stick) {
     const DWORD pid = start(program).dwProcessId;
     HWND main = mainWindow();
     check(processOf(main) == pid, L"the main window is the started program's");
-    if (HWND splash = waitFor([] { return FindWindowW(L"NorvaleBackupSplash", nullptr); }, 5s))
+    if (HWND splash = waitFor(shown(L"NorvaleBackupSplash"), 5s))
         check(waitGone(splash, 10s), L"the splash window goes by itself");
 
     HWND files = first(windows(main, L"ListBox"));
@@ -253,7 +261,7 @@ void backup(const std::wstring& program, const std::wstring& stick) {
     swprintf(folder, 32, L"E:\\Backup%04d-%02d-%02d", today.wYear, today.wMonth, today.wDay);
     answerBox(pid, std::wstring(L"Backup maken naar map: \r\n\r\n") + folder, L"OK");
     // The copy window stands from the first copy until all is on the stick.
-    HWND copy = waitFor([] { return FindWindowW(L"NorvaleBackupCopy", nullptr); }, 10s);
+    HWND copy = waitFor(shown(L"NorvaleBackupCopy"), 10s);
     check(copy, L"the copy window comes");
     shoot(copy, "copy-window");
     answerBox(pid, std::wstring(L"Bestanden succesvol gekopieerd naar ") + folder, L"OK");
@@ -315,7 +323,7 @@ void finish(const std::wstring& program) {
     focus.cbSize = sizeof focus;
     GetGUIThreadInfo(GetWindowThreadProcessId(main, nullptr), &focus);
     PostMessageW(focus.hwndFocus ? focus.hwndFocus : main, WM_KEYDOWN, VK_F1, 1);
-    HWND help = waitFor([] { return FindWindowW(L"HH Parent", nullptr); });
+    HWND help = waitFor(shown(L"HH Parent"));
     if (check(help, L"F1 opens the help window")) {
         PostMessageW(help, WM_CLOSE, 0, 0);
         check(waitGone(help, 10s), L"the help window closes");
