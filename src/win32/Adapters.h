@@ -35,11 +35,11 @@ public:
 
     // A picture of the program's resources at the place's size; a missing one leaves it blank.
     HWND picture(HWND parent, int resource, const TwipsRect& place) {
-        HWND shown = createChild(parent, L"STATIC", "", SS_BITMAP, place, nullptr);
         const RECT r = pixelRect(place);
         auto* bitmap =
             static_cast<HBITMAP>(LoadImageW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(resource),
                                             IMAGE_BITMAP, r.right - r.left, r.bottom - r.top, 0));
+        HWND shown = createChild(parent, L"STATIC", "", bitmap ? SS_BITMAP : 0, place, nullptr);
         if (bitmap) {
             SendMessageW(shown, STM_SETIMAGE, IMAGE_BITMAP, reinterpret_cast<LPARAM>(bitmap));
             owned_.push_back(std::shared_ptr<void>(bitmap, DeleteObject));

@@ -61,13 +61,14 @@ MainWindow::~MainWindow() {
 FrmMain::Controls MainWindow::layOut() {
     FrmMain::Controls c{};
     c.Me = window_.get();
+    // The menu bar first: it moves the client area down.
+    layOutMenus(c);
     layOutTargetFrame(c);
     layOutBackupList(c);
     c.CmdRestore = adapters_.button(hwnd_, "Terugzetten Backup . . .", {240, 7080, 2175, 495},
                                     sansFont(9.75, true));
     c.CmdRestore->setVisible(false);
     layOutWizardPanel(c);
-    layOutMenus(c);
     statusBar_ = adapters_.make<Win32StatusBar>(hwnd_, plain());
     c.StatusBar = statusBar_;
     auto* clock = adapters_.make<Win32Timer>(hwnd_, kClock);
@@ -137,10 +138,11 @@ void MainWindow::layOutWizardPanel(FrmMain::Controls& c) {
     setAccessibleName(panel->hwnd(), "Terugzetten stap voor stap");
     picRestore_ = panel->hwnd();
     c.PicRestore = panel;
-    c.LblRestore[0] = adapters_.label(picRestore_, "", {120, 105, 9450, 435}, sansFont(9.75, true),
-                                      SS_LEFTNOWORDWRAP);
+    // The guide's box lies over the foot of the heading: made first, it stays on top.
     c.LblRestore[1] = adapters_.make<Win32Frame>(picRestore_, "", TwipsRect{120, 450, 9465, 1635},
                                                  Win32Frame::Look::Box, sansFont(9.75));
+    c.LblRestore[0] = adapters_.label(picRestore_, "", {120, 105, 9450, 435}, sansFont(9.75, true),
+                                      SS_LEFTNOWORDWRAP);
     const char* captions[3] = {"Volgende >>>", "<<< Vorige", "Stoppen"};
     const TwipsRect places[3] = {
         {7365, 2175, 2160, 405}, {4950, 2190, 2160, 405}, {2595, 2205, 2160, 405}};

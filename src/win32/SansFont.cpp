@@ -19,8 +19,9 @@ HFONT sansFont(double points, bool bold, bool underline) {
         look.lfUnderline = underline;
         look.lfCharSet = DEFAULT_CHARSET;
         look.lfQuality = CLEARTYPE_QUALITY;
-        // Wine carries Tahoma itself; it reads well at the small sizes of these windows.
-        lstrcpyW(look.lfFaceName, L"Tahoma");
+        // Tahoma reads well at these small sizes, but Wine finds no bold Tahoma; the old dialog
+        // face has a bold one on Windows and a substitute with one under Wine.
+        lstrcpyW(look.lfFaceName, bold ? L"MS Sans Serif" : L"Tahoma");
         font = CreateFontIndirectW(&look);
     }
     return font;

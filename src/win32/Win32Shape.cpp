@@ -5,8 +5,9 @@
 namespace nv::win32 {
 
 void Win32Shape::setVisible(bool visible) {
+    if (visible_ != visible)
+        invalidate(true);
     visible_ = visible;
-    invalidate();
 }
 
 void Win32Shape::setPlace(const TwipsRect& place) {
@@ -20,7 +21,9 @@ void Win32Shape::setKind(int kind) {
     invalidate();
 }
 
-void Win32Shape::invalidate() const {
+void Win32Shape::invalidate(bool always) const {
+    if (!visible_ && !always)
+        return;
     RECT area = pixelRect(place_);
     InflateRect(&area, 2, 2);
     InvalidateRect(parent_, &area, TRUE);

@@ -26,7 +26,8 @@ public:
     void paint(HDC dc) const;
 
 private:
-    void invalidate() const;
+    // A hidden shape has nothing on the screen to take away.
+    void invalidate(bool always = false) const;
 
     HWND parent_;
     TwipsRect place_;

@@ -119,9 +119,10 @@ HWND createChild(HWND parent, const wchar_t* windowClass, const std::string& tex
                  const TwipsRect& place, HFONT font, DWORD exStyle) {
     const RECT r = pixelRect(place);
     HWND made = CreateWindowExW(exStyle, windowClass, wideFromUtf8(text).c_str(),
-                                WS_CHILD | WS_VISIBLE | style, r.left, r.top, r.right - r.left,
-                                r.bottom - r.top, parent, reinterpret_cast<HMENU>(++nextControlId),
-                                GetModuleHandleW(nullptr), nullptr);
+                                WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | style, r.left, r.top,
+                                r.right - r.left, r.bottom - r.top, parent,
+                                reinterpret_cast<HMENU>(++nextControlId), GetModuleHandleW(nullptr),
+                                nullptr);
     SendMessageW(made, WM_SETFONT, reinterpret_cast<WPARAM>(font), FALSE);
     return made;
 }
