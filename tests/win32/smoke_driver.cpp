@@ -233,8 +233,8 @@ void backup(const std::wstring& program, const std::wstring& stick) {
     const DWORD pid = start(program).dwProcessId;
     HWND main = mainWindow();
     check(processOf(main) == pid, L"the main window is the started program's");
-    if (HWND splash = waitFor(shown(L"NorvaleBackupSplash"), 5s))
-        check(waitGone(splash, 10s), L"the splash window goes by itself");
+    HWND splash = waitFor(shown(L"NorvaleBackupSplash"), 5s);
+    check(splash && waitGone(splash, 10s), L"the splash window shows and goes by itself");
 
     HWND files = first(windows(main, L"ListBox"));
     std::vector<std::wstring> expected;
