@@ -43,3 +43,12 @@ trap 'wineserver -k >/dev/null 2>&1 || true' EXIT
 wineboot >/dev/null 2>&1 </dev/null || true
 
 ctest --preset mingw -j2
+
+# The installed program, driven from outside in a prefix and on a display of its own.
+status=0
+bash tests/win32/smoke.sh || status=$?
+if [ "$status" -eq 77 ]; then
+    echo "test-windows: the smoke test of the program was skipped (a tool is missing)"
+elif [ "$status" -ne 0 ]; then
+    exit "$status"
+fi

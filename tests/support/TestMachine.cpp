@@ -69,11 +69,9 @@ bool runningUnderWine() {
 }
 
 #ifdef _WIN32
-namespace {
-
-// Wine's own request to its mount manager to give a drive letter to a Unix folder; a drive
+// Wine's own request to its mount manager, as its configuration tool makes it: a drive
 // substituted the Windows way lists under Wine but reaches no file.
-void setWineDrive(char letter, const std::filesystem::path& root) {
+void setWineDrive(char letter, const std::filesystem::path& root, bool removable) {
     struct {
         ULONG size, type, fsType;
         DWORD serial;
@@ -92,7 +90,7 @@ void setWineDrive(char letter, const std::filesystem::path& root) {
     }
     r.size = static_cast<ULONG>(r.mountPointOffset ? r.mountPointOffset + strlen(r.unixPath) + 1
                                                    : r.unixPath - reinterpret_cast<char*>(&r));
-    r.type = r.mountPointOffset ? DRIVE_FIXED : DRIVE_NO_ROOT_DIR;
+    r.type = !r.mountPointOffset ? DRIVE_NO_ROOT_DIR : removable ? DRIVE_REMOVABLE : DRIVE_FIXED;
     r.letter = static_cast<WCHAR>(tolower(letter));
     HANDLE manager =
         CreateFileW(L"\\\\.\\MountPointManager", GENERIC_READ | GENERIC_WRITE,
@@ -102,8 +100,6 @@ void setWineDrive(char letter, const std::filesystem::path& root) {
                     r.size, nullptr, 0, nullptr, nullptr);
     CloseHandle(manager);
 }
-
-} // namespace
 #endif
 
 void setFolderDrive(char letter, const std::filesystem::path& root) {

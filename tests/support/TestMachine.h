@@ -117,6 +117,11 @@ std::string crlf(const std::string& lines);
 // tests that give one do not run side by side there.
 void setFolderDrive(char letter, const std::filesystem::path& root);
 
+#ifdef _WIN32
+// Gives a drive letter to a folder under Wine, or takes it away when root is empty.
+void setWineDrive(char letter, const std::filesystem::path& root, bool removable = false);
+#endif
+
 // Wine's profile services rewrite the whole file on every store (blank lines and blanks around
 // keys and values go); tests that look at such bytes say what each platform gives.
 bool runningUnderWine();
