@@ -17,16 +17,8 @@ program="$demo/Norvale"
 mkdir -p "$program" "$demo/stick"
 
 # Sample production files; existing ones (and the settings file) are left as they are.
-sample() {
-    local name="$1" lines="$2"
-    [ -e "$program/$name" ] && return 0
-    for i in $(seq 1 "$lines"); do
-        printf 'Demo %s regel %04d: boeking %d, bedrag %d,%02d EUR\r\n' "$name" "$i" "$i" $((i * 37 % 1000)) $((i % 100))
-    done >"$program/$name"
-}
-while read -r name lines; do
-    sample "$name" "$lines"
-done < <(grep -v '^#' scripts/lib/sample-files.txt)
+source scripts/lib/sample-files.sh
+write_sample_files "$program"
 
 # A new demo backs up to its stick: the settings file starts with DriveTarget=E:, in the bytes
 # the program writes itself (CR LF); the program adds the other keys at its first start.
