@@ -1,6 +1,6 @@
 #include "win32/Win32Lists.h"
 
-#include <commctrl.h>
+#include <algorithm>
 
 namespace nv::win32 {
 
@@ -33,88 +33,6 @@ void drawFolder(HDC dc, int x, int y, int size, bool open) {
 
 } // namespace
 
-Win32ListBox::Win32ListBox(HWND list)
-    : Win32Control(list), many_(GetWindowLongW(list, GWL_STYLE) & LBS_EXTENDEDSEL) {
-    SetWindowSubclass(list, keys, 1, reinterpret_cast<DWORD_PTR>(this));
-    if (GetWindowLongW(list, GWL_STYLE) & LBS_OWNERDRAWFIXED) {
-        HDC dc = GetDC(list);
-        HGDIOBJ old =
-            SelectObject(dc, reinterpret_cast<HFONT>(SendMessageW(list, WM_GETFONT, 0, 0)));
-        TEXTMETRICW metrics;
-        GetTextMetricsW(dc, &metrics);
-        SelectObject(dc, old);
-        ReleaseDC(list, dc);
-        SendMessageW(list, LB_SETITEMHEIGHT, 0, metrics.tmHeight + 3);
-    }
-}
-
-Win32ListBox::~Win32ListBox() {
-    if (IsWindow(window_))
-        RemoveWindowSubclass(window_, keys, 1);
-}
-
-int Win32ListBox::count() const {
-    return static_cast<int>(SendMessageW(window_, LB_GETCOUNT, 0, 0));
-}
-
-std::string Win32ListBox::list(int row) const {
-    const LRESULT length = SendMessageW(window_, LB_GETTEXTLEN, row, 0);
-    if (length == LB_ERR)
-        return {};
-    std::wstring text(static_cast<std::size_t>(length) + 1, L'\0');
-    SendMessageW(window_, LB_GETTEXT, row, reinterpret_cast<LPARAM>(text.data()));
-    text.resize(static_cast<std::size_t>(length));
-    return utf8FromWide(text);
-}
-
-void Win32ListBox::addItem(const std::string& text, RowIcon icon) {
-    const LRESULT row = SendMessageW(window_, LB_ADDSTRING, 0,
-                                     reinterpret_cast<LPARAM>(wideFromUtf8(text).c_str()));
-    SendMessageW(window_, LB_SETITEMDATA, row, static_cast<LPARAM>(icon));
-}
-
-void Win32ListBox::removeItem(int row) {
-    SendMessageW(window_, LB_DELETESTRING, row, 0);
-}
-
-void Win32ListBox::clear() {
-    SendMessageW(window_, LB_RESETCONTENT, 0, 0);
-}
-
-bool Win32ListBox::selected(int row) const {
-    if (many_)
-        return SendMessageW(window_, LB_GETSEL, row, 0) > 0;
-    return SendMessageW(window_, LB_GETCURSEL, 0, 0) == row;
-}
-
-void Win32ListBox::setSelected(int row, bool on) {
-    if (many_)
-        SendMessageW(window_, LB_SETSEL, on, row);
-    else if (on || selected(row))
-        SendMessageW(window_, LB_SETCURSEL, on ? row : -1, 0);
-}
-
-// In a list of many choices the caret row is the current one once it is chosen; the caret
-// stands on the first row before the user ever touched the list.
-int Win32ListBox::listIndex() const {
-    if (!many_)
-        return static_cast<int>(SendMessageW(window_, LB_GETCURSEL, 0, 0));
-    const int caret = static_cast<int>(SendMessageW(window_, LB_GETCARETINDEX, 0, 0));
-    return caret >= 0 && caret < count() && selected(caret) ? caret : -1;
-}
-
-void Win32ListBox::setListIndex(int row) {
-    if (many_)
-        SendMessageW(window_, LB_SETCARETINDEX, row, FALSE);
-    else
-        SendMessageW(window_, LB_SETCURSEL, row, 0);
-}
-
-void Win32ListBox::notified(int code) {
-    if (code == LBN_DBLCLK && DblClick)
-        DblClick(listIndex());
-}
-
 void Win32ListBox::draw(const DRAWITEMSTRUCT& item) {
     if (item.itemID == static_cast<UINT>(-1))
         return;
@@ -122,13 +40,10 @@ void Win32ListBox::draw(const DRAWITEMSTRUCT& item) {
     FillRect(item.hDC, &item.rcItem, GetSysColorBrush(chosen ? COLOR_HIGHLIGHT : COLOR_WINDOW));
     SetTextColor(item.hDC, GetSysColor(chosen ? COLOR_HIGHLIGHTTEXT : COLOR_WINDOWTEXT));
     SetBkMode(item.hDC, TRANSPARENT);
-    HGDIOBJ old =
-        SelectObject(item.hDC, reinterpret_cast<HFONT>(SendMessageW(window_, WM_GETFONT, 0, 0)));
+    HGDIOBJ old = selectFontOf(item.hDC, window_);
     // The leading blanks are the folder's depth; its icon stands after them.
     const std::wstring text = wideFromUtf8(list(static_cast<int>(item.itemID)));
-    const std::size_t depth = text.find_first_not_of(L' ') == std::wstring::npos
-                                  ? text.size()
-                                  : text.find_first_not_of(L' ');
+    const std::size_t depth = std::min(text.find_first_not_of(L' '), text.size());
     SIZE indent{};
     GetTextExtentPoint32W(item.hDC, text.c_str(), static_cast<int>(depth), &indent);
     RECT area = item.rcItem;
@@ -164,49 +79,6 @@ LRESULT CALLBACK Win32ListBox::keys(HWND list, UINT message, WPARAM wParam, LPAR
         }
     }
     return DefSubclassProc(list, message, wParam, lParam);
-}
-
-int Win32ComboBox::count() const {
-    return static_cast<int>(SendMessageW(window_, CB_GETCOUNT, 0, 0));
-}
-
-std::string Win32ComboBox::list(int row) const {
-    const LRESULT length = SendMessageW(window_, CB_GETLBTEXTLEN, row, 0);
-    if (length == CB_ERR)
-        return {};
-    std::wstring text(static_cast<std::size_t>(length) + 1, L'\0');
-    SendMessageW(window_, CB_GETLBTEXT, row, reinterpret_cast<LPARAM>(text.data()));
-    text.resize(static_cast<std::size_t>(length));
-    return utf8FromWide(text);
-}
-
-void Win32ComboBox::addItem(const std::string& text) {
-    SendMessageW(window_, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(wideFromUtf8(text).c_str()));
-}
-
-void Win32ComboBox::clear() {
-    SendMessageW(window_, CB_RESETCONTENT, 0, 0);
-}
-
-int Win32ComboBox::listIndex() const {
-    return static_cast<int>(SendMessageW(window_, CB_GETCURSEL, 0, 0));
-}
-
-void Win32ComboBox::setListIndex(int row) {
-    SendMessageW(window_, CB_SETCURSEL, row, 0);
-}
-
-void Win32ComboBox::notified(int code) {
-    if (code == CBN_DROPDOWN && DropDown)
-        DropDown();
-    else if (code == CBN_SELCHANGE && Click)
-        Click();
-}
-
-// The window's height holds the open list as well; the closed box keeps the height it has.
-void Win32ComboBox::setPixels(const RECT& r) {
-    SetWindowPos(window_, nullptr, r.left, r.top, r.right - r.left, pixelsOf(2400),
-                 SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 } // namespace nv::win32

@@ -2,25 +2,75 @@
 
 #include "win32/Win32Control.h"
 
+#include <commctrl.h>
+
 namespace nv::win32 {
+
+// A row's text of a list or combo box, by its messages for the length and the text.
+inline std::string rowText(HWND box, UINT lengthMessage, UINT textMessage, int row) {
+    const LRESULT length = SendMessageW(box, lengthMessage, row, 0);
+    if (length < 0)
+        return {};
+    std::wstring text(static_cast<std::size_t>(length) + 1, L'\0');
+    SendMessageW(box, textMessage, row, reinterpret_cast<LPARAM>(text.data()));
+    text.resize(static_cast<std::size_t>(length));
+    return utf8FromWide(text);
+}
 
 // A LISTBOX: LBS_EXTENDEDSEL makes it a list of many choices, LBS_OWNERDRAWFIXED (with
 // LBS_HASSTRINGS) shows the rows' folder icons.
 class Win32ListBox : public Win32Control<ListBox> {
 public:
-    explicit Win32ListBox(HWND list);
-    ~Win32ListBox() override;
+    explicit Win32ListBox(HWND list)
+        : Win32Control(list), many_(GetWindowLongW(list, GWL_STYLE) & LBS_EXTENDEDSEL) {
+        SetWindowSubclass(list, keys, 1, reinterpret_cast<DWORD_PTR>(this));
+        if (GetWindowLongW(list, GWL_STYLE) & LBS_OWNERDRAWFIXED)
+            SendMessageW(list, LB_SETITEMHEIGHT, 0, textExtent(list, L"M").cy + 3);
+    }
+    ~Win32ListBox() override {
+        if (IsWindow(window_))
+            RemoveWindowSubclass(window_, keys, 1);
+    }
 
-    int count() const override;
-    std::string list(int row) const override;
-    void addItem(const std::string& text, RowIcon icon = RowIcon::None) override;
-    void removeItem(int row) override;
-    void clear() override;
-    bool selected(int row) const override;
-    void setSelected(int row, bool selected) override;
-    int listIndex() const override;
-    void setListIndex(int row) override;
-    void notified(int code) override;
+    int count() const override {
+        return static_cast<int>(SendMessageW(window_, LB_GETCOUNT, 0, 0));
+    }
+    std::string list(int row) const override {
+        return rowText(window_, LB_GETTEXTLEN, LB_GETTEXT, row);
+    }
+    void addItem(const std::string& text, RowIcon icon = RowIcon::None) override {
+        const LRESULT row = SendMessageW(window_, LB_ADDSTRING, 0,
+                                         reinterpret_cast<LPARAM>(wideFromUtf8(text).c_str()));
+        SendMessageW(window_, LB_SETITEMDATA, row, static_cast<LPARAM>(icon));
+    }
+    void removeItem(int row) override { SendMessageW(window_, LB_DELETESTRING, row, 0); }
+    void clear() override { SendMessageW(window_, LB_RESETCONTENT, 0, 0); }
+    bool selected(int row) const override {
+        if (many_)
+            return SendMessageW(window_, LB_GETSEL, row, 0) > 0;
+        return SendMessageW(window_, LB_GETCURSEL, 0, 0) == row;
+    }
+    void setSelected(int row, bool on) override {
+        if (many_)
+            SendMessageW(window_, LB_SETSEL, on, row);
+        else if (on || selected(row))
+            SendMessageW(window_, LB_SETCURSEL, on ? row : -1, 0);
+    }
+    // In a list of many choices the caret row is the current one once it is chosen; the caret
+    // stands on the first row before the user ever touched the list.
+    int listIndex() const override {
+        if (!many_)
+            return static_cast<int>(SendMessageW(window_, LB_GETCURSEL, 0, 0));
+        const int caret = static_cast<int>(SendMessageW(window_, LB_GETCARETINDEX, 0, 0));
+        return caret >= 0 && caret < count() && selected(caret) ? caret : -1;
+    }
+    void setListIndex(int row) override {
+        SendMessageW(window_, many_ ? LB_SETCARETINDEX : LB_SETCURSEL, row, 0);
+    }
+    void notified(int code) override {
+        if (code == LBN_DBLCLK && DblClick)
+            DblClick(listIndex());
+    }
     void draw(const DRAWITEMSTRUCT& item) override;
 
 private:
@@ -33,16 +83,33 @@ private:
 class Win32ComboBox : public Win32Control<ComboBox> {
 public:
     using Win32Control::Win32Control;
-    int count() const override;
-    std::string list(int row) const override;
-    void addItem(const std::string& text) override;
-    void clear() override;
-    int listIndex() const override;
-    void setListIndex(int row) override;
-    void notified(int code) override;
+    int count() const override {
+        return static_cast<int>(SendMessageW(window_, CB_GETCOUNT, 0, 0));
+    }
+    std::string list(int row) const override {
+        return rowText(window_, CB_GETLBTEXTLEN, CB_GETLBTEXT, row);
+    }
+    void addItem(const std::string& text) override {
+        SendMessageW(window_, CB_ADDSTRING, 0,
+                     reinterpret_cast<LPARAM>(wideFromUtf8(text).c_str()));
+    }
+    void clear() override { SendMessageW(window_, CB_RESETCONTENT, 0, 0); }
+    int listIndex() const override {
+        return static_cast<int>(SendMessageW(window_, CB_GETCURSEL, 0, 0));
+    }
+    void setListIndex(int row) override { SendMessageW(window_, CB_SETCURSEL, row, 0); }
+    void notified(int code) override {
+        if (code == CBN_DROPDOWN && DropDown)
+            DropDown();
+        else if (code == CBN_SELCHANGE && Click)
+            Click();
+    }
 
 protected:
-    void setPixels(const RECT& r) override;
+    // The window's height holds the open list as well; the closed box keeps the height it has.
+    void setPixels(const RECT& r) override {
+        Win32Control::setPixels({r.left, r.top, r.right, r.top + pixelsOf(2400)});
+    }
 };
 
 } // namespace nv::win32

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "win32/MessageLoop.h"
 #include "win32/Win32Control.h"
 #include "win32/Win32TimerAndMenu.h"
 
 #include <functional>
-#include <memory>
 #include <optional>
 #include <vector>
 
@@ -14,17 +14,46 @@ namespace nv::win32 {
 // of its client area. The face that made it fills in the members below.
 class Win32Window : public Win32Control<Window> {
 public:
-    explicit Win32Window(HWND window, std::optional<Rgb> backdrop = {});
-    ~Win32Window() override;
+    explicit Win32Window(HWND window, std::optional<Rgb> backdrop = {})
+        : Win32Control(window), backdrop_(backdrop) {}
+    // A window the logic lets go of goes with it, without telling anyone it is gone.
+    ~Win32Window() override {
+        if (IsWindow(window_)) {
+            attach(window_, nullptr);
+            DestroyWindow(window_);
+        }
+    }
 
     std::string caption() const override { return windowText(window_); }
-    void setCaption(const std::string& caption) override;
-    int innerWidth() const override;
-    WindowState state() const override;
-    void show() override;
+    void setCaption(const std::string& caption) override { setWindowText(window_, caption); }
+    int innerWidth() const override {
+        RECT client;
+        GetClientRect(window_, &client);
+        return twipsOf(client.right);
+    }
+    WindowState state() const override {
+        if (IsIconic(window_))
+            return WindowState::Minimized;
+        return IsZoomed(window_) ? WindowState::Maximized : WindowState::Normal;
+    }
+    void show() override {
+        if (!shown_ && centreAtFirstShow) {
+            RECT work, r = pixels();
+            SystemParametersInfoW(SPI_GETWORKAREA, 0, &work, 0);
+            SetWindowPos(window_, nullptr, (work.left + work.right - (r.right - r.left)) / 2,
+                         (work.top + work.bottom - (r.bottom - r.top)) / 2, 0, 0,
+                         SWP_NOSIZE | SWP_NOZORDER);
+        }
+        shown_ = true;
+        ShowWindow(window_, SW_SHOW);
+        UpdateWindow(window_);
+    }
     void showModal() override;
-    void close() override;
-    void repaint() override;
+    void close() override { DestroyWindow(window_); }
+    void repaint() override {
+        RedrawWindow(window_, nullptr, nullptr,
+                     RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN | RDW_UPDATENOW);
+    }
     bool handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) override;
 
     std::vector<Win32Timer*> timers;
@@ -44,11 +73,14 @@ public:
     HWND focus = nullptr;
 
 protected:
-    RECT pixels() const override;
-    void setPixels(const RECT& r) override;
+    RECT pixels() const override {
+        RECT r;
+        GetWindowRect(window_, &r);
+        return r;
+    }
 
 private:
-    std::unique_ptr<Backdrop> backdrop_;
+    Backdrop backdrop_;
     bool shown_ = false;
 };
 

@@ -37,8 +37,10 @@ void attach(HWND window, MessageTarget* target) {
     SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(target));
 }
 
-Backdrop::Backdrop(Rgb c)
-    : colour_(RGB(c.red, c.green, c.blue)), brush_(CreateSolidBrush(colour_)), own_(true) {}
+Backdrop::Backdrop(std::optional<Rgb> c)
+    : colour_(c ? colorOf(*c) : GetSysColor(COLOR_BTNFACE)),
+      brush_(c ? CreateSolidBrush(colour_) : GetSysColorBrush(COLOR_BTNFACE)), own_(c.has_value()) {
+}
 
 Backdrop::~Backdrop() {
     if (own_)
@@ -131,6 +133,24 @@ std::string windowText(HWND window) {
     std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(window)) + 1, L'\0');
     text.resize(static_cast<std::size_t>(GetWindowTextW(window, text.data(), int(text.size()))));
     return utf8FromWide(text);
+}
+
+void setWindowText(HWND window, const std::string& text) {
+    SetWindowTextW(window, wideFromUtf8(text).c_str());
+}
+
+HGDIOBJ selectFontOf(HDC dc, HWND window) {
+    return SelectObject(dc, reinterpret_cast<HFONT>(SendMessageW(window, WM_GETFONT, 0, 0)));
+}
+
+SIZE textExtent(HWND window, const std::wstring& text) {
+    HDC dc = GetDC(window);
+    HGDIOBJ old = selectFontOf(dc, window);
+    SIZE size{};
+    GetTextExtentPoint32W(dc, text.c_str(), static_cast<int>(text.size()), &size);
+    SelectObject(dc, old);
+    ReleaseDC(window, dc);
+    return size;
 }
 
 void reportFailure() {

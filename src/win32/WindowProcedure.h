@@ -2,6 +2,7 @@
 
 #include "platform/Controls.h"
 
+#include <optional>
 #include <string>
 #include <windows.h>
 
@@ -24,11 +25,15 @@ public:
 MessageTarget* targetOf(HWND window);
 void attach(HWND window, MessageTarget* target);
 
-// The background a window paints under its controls, the labels' included.
+inline COLORREF colorOf(Rgb c) {
+    return RGB(c.red, c.green, c.blue);
+}
+
+// The background a window paints under its controls, the labels' included; the button face
+// when it has no colour of its own.
 class Backdrop {
 public:
-    Backdrop() = default;
-    explicit Backdrop(Rgb colour);
+    explicit Backdrop(std::optional<Rgb> colour = {});
     ~Backdrop();
     Backdrop(const Backdrop&) = delete;
     Backdrop& operator=(const Backdrop&) = delete;
@@ -36,9 +41,9 @@ public:
     HBRUSH brush() const { return brush_; }
 
 private:
-    COLORREF colour_ = GetSysColor(COLOR_BTNFACE);
-    HBRUSH brush_ = GetSysColorBrush(COLOR_BTNFACE);
-    bool own_ = false;
+    COLORREF colour_;
+    HBRUSH brush_;
+    bool own_;
 };
 
 // What a window that holds controls answers for them: their notifications, their owner-drawn
@@ -57,6 +62,11 @@ HWND createChild(HWND parent, const wchar_t* windowClass, const std::string& tex
                  const TwipsRect& place, HFONT font, DWORD exStyle = 0);
 
 std::string windowText(HWND window);
+void setWindowText(HWND window, const std::string& text);
+// Puts the window's font into dc; the font it replaced is returned, to be put back.
+HGDIOBJ selectFontOf(HDC dc, HWND window);
+// The size of text in the window's font.
+SIZE textExtent(HWND window, const std::wstring& text);
 
 // Inside a catch: tells the user what went wrong, since nothing may pass DispatchMessage.
 void reportFailure();
