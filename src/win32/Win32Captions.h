@@ -2,7 +2,7 @@
 
 #include "win32/Win32Control.h"
 
-#include <memory>
+#include <optional>
 
 namespace nv::win32 {
 
@@ -46,19 +46,19 @@ public:
     void setText(const std::string& text) override { setWindowText(window_, text); }
     void setColours(Rgb fore, Rgb back) {
         fore_ = colorOf(fore);
-        back_ = std::make_unique<Backdrop>(back);
+        back_ = colorOf(back);
     }
     HBRUSH colour(HDC dc) override {
         if (!back_)
             return nullptr;
         SetTextColor(dc, fore_);
-        SetBkColor(dc, back_->colour());
-        return back_->brush();
+        SetBkColor(dc, *back_);
+        return brushOf(*back_);
     }
 
 private:
     COLORREF fore_ = 0;
-    std::unique_ptr<Backdrop> back_;
+    std::optional<COLORREF> back_;
 };
 
 // A push button; one made BS_OWNERDRAW is painted in the face colour given it.

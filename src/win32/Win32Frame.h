@@ -13,7 +13,7 @@ public:
     Win32Frame(HWND parent, const std::string& caption, const TwipsRect& place, Look look,
                HFONT font, std::optional<Rgb> backdrop = {})
         : Win32Control(makePanel(parent, caption, place, font)), look_(look), font_(font),
-          backdrop_(backdrop) {}
+          backdrop_(backdropOf(backdrop)) {}
     std::string caption() const override { return windowText(window_); }
     void setCaption(const std::string& caption) override {
         setWindowText(window_, caption);
@@ -59,7 +59,7 @@ private:
         GetClientRect(window_, &area);
         HGDIOBJ old = SelectObject(dc, font_);
         SetTextColor(dc, fore_);
-        SetBkColor(dc, backdrop_.colour());
+        SetBkColor(dc, backdrop_);
         const std::wstring text = wideFromUtf8(caption());
         if (look_ == Look::Group) {
             TEXTMETRICW metrics;
@@ -84,7 +84,7 @@ private:
     Look look_;
     HFONT font_;
     COLORREF fore_ = GetSysColor(COLOR_WINDOWTEXT);
-    Backdrop backdrop_;
+    COLORREF backdrop_;
 };
 
 } // namespace nv::win32

@@ -15,7 +15,7 @@ namespace nv::win32 {
 class Win32Window : public Win32Control<Window> {
 public:
     explicit Win32Window(HWND window, std::optional<Rgb> backdrop = {})
-        : Win32Control(window), backdrop_(backdrop) {}
+        : Win32Control(window), backdrop_(backdropOf(backdrop)) {}
     // A window the logic lets go of goes with it, without telling anyone it is gone.
     ~Win32Window() override {
         if (IsWindow(window_)) {
@@ -154,15 +154,8 @@ public:
     // The control that has the focus when the window becomes active again.
     HWND focus = nullptr;
 
-protected:
-    RECT pixels() const override {
-        RECT r;
-        GetWindowRect(window_, &r);
-        return r;
-    }
-
 private:
-    Backdrop backdrop_;
+    COLORREF backdrop_;
     bool shown_ = false;
 };
 

@@ -5,6 +5,7 @@
 #include "win32/Twips.h"
 
 #include <exception>
+#include <map>
 
 namespace nv::win32 {
 
@@ -37,18 +38,16 @@ void attach(HWND window, MessageTarget* target) {
     SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(target));
 }
 
-Backdrop::Backdrop(std::optional<Rgb> c)
-    : colour_(c ? colorOf(*c) : GetSysColor(COLOR_BTNFACE)),
-      brush_(c ? CreateSolidBrush(colour_) : GetSysColorBrush(COLOR_BTNFACE)), own_(c.has_value()) {
+HBRUSH brushOf(COLORREF colour) {
+    static std::map<COLORREF, HBRUSH> made;
+    HBRUSH& brush = made[colour];
+    if (!brush)
+        brush = CreateSolidBrush(colour);
+    return brush;
 }
 
-Backdrop::~Backdrop() {
-    if (own_)
-        DeleteObject(brush_);
-}
-
-bool routeForChildren(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
-                      const Backdrop& backdrop, LRESULT& result) {
+bool routeForChildren(HWND window, UINT message, WPARAM wParam, LPARAM lParam, COLORREF backdrop,
+                      LRESULT& result) {
     switch (message) {
     case WM_COMMAND:
         // Menus and accelerators come without a control; the window itself answers them.
@@ -76,14 +75,14 @@ bool routeForChildren(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
         }
         if (message != WM_CTLCOLORSTATIC)
             return false;
-        SetBkColor(dc, backdrop.colour());
-        result = reinterpret_cast<LRESULT>(backdrop.brush());
+        SetBkColor(dc, backdrop);
+        result = reinterpret_cast<LRESULT>(brushOf(backdrop));
         return true;
     }
     case WM_ERASEBKGND: {
         RECT client;
         GetClientRect(window, &client);
-        FillRect(reinterpret_cast<HDC>(wParam), &client, backdrop.brush());
+        FillRect(reinterpret_cast<HDC>(wParam), &client, brushOf(backdrop));
         result = 1;
         return true;
     }

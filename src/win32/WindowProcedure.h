@@ -29,27 +29,18 @@ inline COLORREF colorOf(Rgb c) {
     return RGB(c.red, c.green, c.blue);
 }
 
-// The background a window paints under its controls, the labels' included; the button face
+// A solid brush of the colour, made once and kept for the program's lifetime.
+HBRUSH brushOf(COLORREF colour);
+// The background a window paints under its controls, the labels' included: the button face
 // when it has no colour of its own.
-class Backdrop {
-public:
-    explicit Backdrop(std::optional<Rgb> colour = {});
-    ~Backdrop();
-    Backdrop(const Backdrop&) = delete;
-    Backdrop& operator=(const Backdrop&) = delete;
-    COLORREF colour() const { return colour_; }
-    HBRUSH brush() const { return brush_; }
-
-private:
-    COLORREF colour_;
-    HBRUSH brush_;
-    bool own_;
-};
+inline COLORREF backdropOf(std::optional<Rgb> colour) {
+    return colour ? colorOf(*colour) : GetSysColor(COLOR_BTNFACE);
+}
 
 // What a window that holds controls answers for them: their notifications, their owner-drawn
 // faces, their colours, and its background under them.
-bool routeForChildren(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
-                      const Backdrop& backdrop, LRESULT& result);
+bool routeForChildren(HWND window, UINT message, WPARAM wParam, LPARAM lParam, COLORREF backdrop,
+                      LRESULT& result);
 
 // A window class served by the face's window procedure.
 void registerClass(const wchar_t* name);
