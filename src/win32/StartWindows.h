@@ -16,13 +16,36 @@ public:
     explicit Win32StartWindows(std::function<void(HWND)> mainWindowMade)
         : mainWindowMade_(std::move(mainWindowMade)) {}
 
-    void loadMainWindow() override;
-    void showMainWindow() override;
-    void loadSplash() override;
-    void showSplash() override;
+    void loadMainWindow() override {
+        main_ = std::make_unique<MainWindow>();
+        mainGone_ = false;
+        main_->window().gone = [this] { mainGone_ = true; };
+        mainWindowMade_(main_->window().hwnd());
+        main_->form().Form_Load();
+    }
+    void showMainWindow() override {
+        if (main_)
+            main_->window().show();
+    }
+    void loadSplash() override {
+        splash_ = std::make_unique<SplashWindow>();
+        splashGone_ = false;
+        splash_->window().gone = [this] { splashGone_ = true; };
+        splash_->form().Form_Load();
+    }
+    void showSplash() override {
+        if (splash_)
+            splash_->show();
+    }
 
     // Lets go of the windows that have closed; false when none is left.
-    bool collect();
+    bool collect() {
+        if (mainGone_)
+            main_.reset();
+        if (splashGone_)
+            splash_.reset();
+        return main_ || splash_;
+    }
 
 private:
     std::function<void(HWND)> mainWindowMade_;

@@ -39,11 +39,12 @@ public:
     HWND hwnd() const { return window_; }
 
 protected:
-    // Relative to the parent's client area.
-    virtual RECT pixels() const {
+    // A control's place is relative to its parent's client area, a window's to the screen.
+    RECT pixels() const {
         RECT r;
         GetWindowRect(window_, &r);
-        MapWindowPoints(nullptr, GetParent(window_), reinterpret_cast<POINT*>(&r), 2);
+        if (GetWindowLongW(window_, GWL_STYLE) & WS_CHILD)
+            MapWindowPoints(nullptr, GetParent(window_), reinterpret_cast<POINT*>(&r), 2);
         return r;
     }
     virtual void setPixels(const RECT& r) {

@@ -4,6 +4,8 @@
 #include "platform/ContentDigest.h"
 #include "win32/WindowClasses.h"
 
+#include <utility>
+
 namespace nv {
 
 namespace {
@@ -20,22 +22,6 @@ std::wstring keyOf(const std::string& settingsFile) {
     return key;
 }
 
-struct Search {
-    const wchar_t* key;
-    HWND found = nullptr;
-};
-
-BOOL CALLBACK findMarked(HWND window, LPARAM lParam) {
-    auto* search = reinterpret_cast<Search*>(lParam);
-    wchar_t className[64];
-    if (GetClassNameW(window, className, 64) && lstrcmpW(className, win32::kMainWindowClass) == 0 &&
-        GetPropW(window, search->key)) {
-        search->found = window;
-        return FALSE;
-    }
-    return TRUE;
-}
-
 } // namespace
 
 Win32SingleInstance::Win32SingleInstance(const std::string& settingsFile)
@@ -46,32 +32,31 @@ Win32SingleInstance::Win32SingleInstance(const std::string& settingsFile)
     first_ = mutex_ ? error != ERROR_ALREADY_EXISTS : error != ERROR_ACCESS_DENIED;
 }
 
-Win32SingleInstance::~Win32SingleInstance() {
-    if (mutex_)
-        CloseHandle(mutex_);
-}
-
-bool Win32SingleInstance::first() const {
-    return first_;
-}
-
-void Win32SingleInstance::markMainWindow(HWND window) const {
-    SetPropW(window, key_.c_str(), reinterpret_cast<HANDLE>(1));
-}
-
 bool Win32SingleInstance::askFirstToComeForward() {
-    Search search{key_.c_str()};
-    EnumWindows(findMarked, reinterpret_cast<LPARAM>(&search));
-    if (!search.found)
+    // The key to look for goes in; the marked main window comes out.
+    std::pair<const wchar_t*, HWND> search{key_.c_str(), nullptr};
+    EnumWindows(
+        [](HWND window, LPARAM lParam) -> BOOL {
+            auto& [key, found] = *reinterpret_cast<std::pair<const wchar_t*, HWND>*>(lParam);
+            wchar_t className[64];
+            if (!GetClassNameW(window, className, 64) ||
+                lstrcmpW(className, win32::kMainWindowClass) != 0 || !GetPropW(window, key))
+                return TRUE;
+            found = window;
+            return FALSE;
+        },
+        reinterpret_cast<LPARAM>(&search));
+    HWND first = search.second;
+    if (!first)
         return false;
-    if (IsIconic(search.found))
-        ShowWindow(search.found, SW_RESTORE);
+    if (IsIconic(first))
+        ShowWindow(first, SW_RESTORE);
     DWORD process = 0;
-    GetWindowThreadProcessId(search.found, &process);
+    GetWindowThreadProcessId(first, &process);
     // Should the first program itself take the front (a box of its own), Windows lets it.
     AllowSetForegroundWindow(process);
     // A box open over the window is what the user has to answer first.
-    SetForegroundWindow(GetLastActivePopup(search.found));
+    SetForegroundWindow(GetLastActivePopup(first));
     return true;
 }
 

@@ -15,13 +15,21 @@ public:
     Win32Timer& operator=(const Win32Timer&) = delete;
 
     int interval() const override { return interval_; }
-    void setInterval(int milliseconds) override;
+    void setInterval(int milliseconds) override { apply(running_, milliseconds); }
     bool enabled() const override { return running_; }
-    void setEnabled(bool enabled) override;
+    void setEnabled(bool enabled) override { apply(enabled, interval_); }
     UINT_PTR id() const { return id_; }
 
 private:
-    void apply();
+    // A timer of interval 0 stands still, as an enabled one without an interval does.
+    void apply(bool running, int interval) {
+        running_ = running;
+        interval_ = interval;
+        if (running_ && interval_ > 0)
+            SetTimer(owner_, id_, static_cast<UINT>(interval_), nullptr);
+        else
+            KillTimer(owner_, id_);
+    }
 
     HWND owner_;
     UINT_PTR id_;
@@ -33,8 +41,12 @@ private:
 class Win32MenuItem : public MenuItem {
 public:
     Win32MenuItem(HMENU menu, UINT id) : menu_(menu), id_(id) {}
-    bool enabled() const override;
-    void setEnabled(bool enabled) override;
+    bool enabled() const override {
+        return !(GetMenuState(menu_, id_, MF_BYCOMMAND) & (MF_GRAYED | MF_DISABLED));
+    }
+    void setEnabled(bool on) override {
+        EnableMenuItem(menu_, id_, MF_BYCOMMAND | (on ? MF_ENABLED : MF_GRAYED));
+    }
     UINT id() const { return id_; }
 
 private:
