@@ -15,15 +15,11 @@ for tool in wine wineboot wineserver Xvfb makensis cmp; do
         exit 77
     fi
 done
+source scripts/lib/wine-prefix.sh
 # The boxes speak Dutch (Ja, Nee) only in a Dutch locale.
-if ! locale -a | grep -qix 'nl_NL.utf-\?8'; then
-    if [ ! -w /etc/locale.gen ] || ! command -v locale-gen >/dev/null; then
-        echo "smoke: skipped, the locale nl_NL.UTF-8 is missing and cannot be made" >&2
-        exit 77
-    fi
-    sed -i 's/^# *\(nl_NL.UTF-8 UTF-8\)/\1/' /etc/locale.gen
-    grep -q '^nl_NL.UTF-8 UTF-8' /etc/locale.gen || echo 'nl_NL.UTF-8 UTF-8' >>/etc/locale.gen
-    locale-gen >/dev/null
+if ! make_dutch_locale; then
+    echo "smoke: skipped, the locale nl_NL.UTF-8 is missing and cannot be made" >&2
+    exit 77
 fi
 
 bash scripts/make-installer.sh >/dev/null
@@ -45,15 +41,7 @@ trap '[ $? -eq 0 ] || import -window root "$work/failure.png" 2>/dev/null || tru
 for _ in $(seq 100); do [ -s "$work/display" ] && break || sleep 0.1; done
 export DISPLAY=":$(cat "$work/display")"
 
-# A fresh prefix with Wine's own fonts and a virtual desktop, which draws title bars where no
-# window manager runs.
-wineboot -i >/dev/null 2>&1 </dev/null || true
-wineserver -w
-cp /usr/share/wine/fonts/*.ttf "$WINEPREFIX/drive_c/windows/Fonts/"
-printf '\n[Software\\\\Wine\\\\Explorer] %s\n"Desktop"="Default"\n' "$(date +%s)" \
-    >>"$WINEPREFIX/user.reg"
-printf '\n[Software\\\\Wine\\\\Explorer\\\\Desktops] %s\n"Default"="1280x1024"\n' "$(date +%s)" \
-    >>"$WINEPREFIX/user.reg"
+make_wine_prefix
 # One server for the run; Wine's background processes start here, away from the output pipes.
 wineserver -p 60 || true
 wineboot >/dev/null 2>&1 </dev/null || true
