@@ -52,3 +52,6 @@ if [ "$status" -eq 77 ]; then
 elif [ "$status" -ne 0 ]; then
     exit "$status"
 fi
+
+# The installer and its uninstaller, which leaves the settings, Norvale's files and backups.
+bash scripts/installer-check.sh

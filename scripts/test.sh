@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Builds everything and runs every test suite: Linux, then the Windows core under Wine.
+# Builds everything and runs every test suite: Linux, then the Windows core and program under Wine.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -15,7 +15,7 @@ build_and_test() {
 echo "== Linux build and tests"
 build_and_test dev
 
-echo "== Windows core under Wine"
+echo "== Windows core, program and installer under Wine"
 bash scripts/test-windows.sh
 
 echo "== Every Linux test under AddressSanitizer and UndefinedBehaviorSanitizer"
