@@ -3,6 +3,8 @@
 #include "platform/Platform.h"
 #include "startup/AppSettings.h"
 
+#include <exception>
+
 namespace nv {
 
 Answer MsgBox(const std::string& prompt, Buttons buttons, Icon icon, DefaultButton defaultButton,
@@ -13,6 +15,17 @@ Answer MsgBox(const std::string& prompt, Buttons buttons, Icon icon, DefaultButt
     if (!platform().boxes)
         return defaultAnswer(buttons, defaultButton);
     return platform().boxes->show(request);
+}
+
+void tellUncaughtFailure() {
+    std::string what = "Onverwachte fout";
+    try {
+        throw;
+    } catch (const std::exception& failure) {
+        what += std::string(": ") + failure.what();
+    } catch (...) {
+    }
+    MsgBox(what, Buttons::OK, Icon::Critical);
 }
 
 } // namespace nv

@@ -35,7 +35,7 @@ inline void dispatch(MSG& message) {
         try {
             routes.help();
         } catch (...) {
-            reportFailure();
+            tellUncaughtFailure();
         }
         return;
     }

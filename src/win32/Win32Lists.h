@@ -116,7 +116,7 @@ private:
                 if (box.KeyDown)
                     box.KeyDown(static_cast<int>(wParam), keyShift());
             } catch (...) {
-                reportFailure();
+                tellUncaughtFailure();
             }
         }
         return DefSubclassProc(list, message, wParam, lParam);

@@ -45,7 +45,7 @@ int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int) {
         while (windows.collect() && GetMessageW(&message, nullptr, 0, 0) > 0)
             nv::win32::dispatch(message);
     } catch (...) {
-        nv::win32::reportFailure();
+        nv::tellUncaughtFailure();
         return 1;
     }
     return 0;

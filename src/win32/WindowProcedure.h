@@ -2,7 +2,7 @@
 
 #include "platform/Controls.h"
 #include "platform/win32/Win32Text.h"
-#include "startup/AppSettings.h"
+#include "startup/MsgBox.h"
 #include "win32/Twips.h"
 
 #include <exception>
@@ -100,19 +100,6 @@ inline bool routeForChildren(HWND window, UINT message, WPARAM wParam, LPARAM lP
     }
 }
 
-// Inside a catch: tells the user what went wrong, since nothing may pass DispatchMessage.
-inline void reportFailure() {
-    std::string what = "Onverwachte fout";
-    try {
-        throw;
-    } catch (const std::exception& failure) {
-        what += std::string(": ") + failure.what();
-    } catch (...) {
-    }
-    MessageBoxW(GetActiveWindow(), wideFromUtf8(what).c_str(), wideFromUtf8(App.Title).c_str(),
-                MB_OK | MB_ICONERROR);
-}
-
 inline int nextControlId = 1000;
 
 inline LRESULT CALLBACK faceWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
@@ -123,7 +110,7 @@ inline LRESULT CALLBACK faceWindowProc(HWND window, UINT message, WPARAM wParam,
                 return result;
         }
     } catch (...) {
-        reportFailure();
+        tellUncaughtFailure();
         return 0;
     }
     return DefWindowProcW(window, message, wParam, lParam);
