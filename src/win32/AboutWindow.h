@@ -1,6 +1,7 @@
 #pragma once
 
 #include "sidewindows/FrmAbout.h"
+#include "win32/AccessibleName.h"
 #include "win32/Adapters.h"
 #include "win32/ResourceIds.h"
 #include "win32/SansFont.h"
@@ -25,7 +26,7 @@ private:
     frmAbout::Controls layOut() {
         HWND w = window_.hwnd();
         const HFONT font = sansFont(8.25);
-        adapters_.picture(w, NV_IDB_ABOUT_LOGO, {0, 120, 1650, 1335});
+        setAccessibleName(adapters_.picture(w, NV_IDB_ABOUT_LOGO, {0, 120, 1650, 1335}), "Logo");
         createChild(w, L"STATIC", "", SS_ETCHEDHORZ, {120, 3120, 5564, 30}, nullptr);
         frmAbout::Controls c{};
         c.Me = &window_;
@@ -33,8 +34,10 @@ private:
         c.lblVersion = adapters_.label(w, "", {1770, 780, 3885, 225}, font);
         c.lblDescription = adapters_.label(w, "", {1770, 1125, 3885, 1890}, font);
         c.lblDisclaimer = adapters_.label(w, "", {240, 3360, 3870, 345}, font);
-        c.TxtInfo =
+        auto* info =
             adapters_.textBox(w, "", {240, 3840, 5415, 525}, font, ES_READONLY | WS_TABSTOP);
+        setAccessibleName(info->hwnd(), "Informatie");
+        c.TxtInfo = info;
         c.LblMail =
             adapters_.label(w, "", {240, 4440, 3975, 255}, sansFont(8.25, false, true), SS_NOTIFY);
         auto* ok = adapters_.button(w, "OK", {4320, 4440, 1260, 345}, font, BS_DEFPUSHBUTTON);

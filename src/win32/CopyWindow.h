@@ -1,6 +1,7 @@
 #pragma once
 
 #include "backup/FrmCopy.h"
+#include "win32/AccessibleName.h"
 #include "win32/Adapters.h"
 #include "win32/SansFont.h"
 #include "win32/Win32Progress.h"
@@ -30,8 +31,12 @@ private:
         auto* bar = adapters_.make<Win32ProgressBar>(
             createChild(w, PROGRESS_CLASSW, "", 0, {120, 2640, 3735, 255}, nullptr));
         bar->setMax(100);
-        return {&window_, adapters_.make<Win32Animation>(clip), bar,
-                adapters_.textBox(w, "Text1", {360, 2040, 2895, 495}, sansFont(8.25), ES_READONLY),
+        auto* text =
+            adapters_.textBox(w, "Text1", {360, 2040, 2895, 495}, sansFont(8.25), ES_READONLY);
+        setAccessibleName(clip, "Animatie van het kopiëren");
+        setAccessibleName(bar->hwnd(), "Voortgang");
+        setAccessibleName(text->hwnd(), "Bestand dat gekopieerd wordt");
+        return {&window_, adapters_.make<Win32Animation>(clip), bar, text,
                 adapters_.label(w, "Bestanden worden gekopieerd. Even geduld a.u.b",
                                 {480, 480, 3615, 855}, sansFont(8.25))};
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "sidewindows/FrmSplash.h"
+#include "win32/AccessibleName.h"
 #include "win32/Adapters.h"
 #include "win32/ResourceIds.h"
 #include "win32/SansFont.h"
@@ -38,6 +39,7 @@ private:
             adapters_.make<Win32Frame>(window_.hwnd(), "", TwipsRect{240, 60, 7545, 5235},
                                        Win32Frame::Look::Box, sansFont(8.25), kBackground);
         HWND inside = frame->hwnd();
+        setAccessibleName(inside, "Startscherm");
         adapters_.picture(inside, NV_IDB_SPLASH_BANNER, {150, 225, 7230, 2250});
         adapters_.picture(inside, NV_IDB_SPLASH_SQUARE, {210, 3705, 1575, 1350});
         auto caption = [&](Rgb colour, double points, const TwipsRect& place) {
