@@ -57,6 +57,8 @@ while read -r name lines; do
     cp "$work/original/$name" "$program/$name"
 done < <(grep -v '^#' scripts/lib/sample-files.txt)
 echo NVSTICK >"$work/stick/.windows-label"
+mkdir -p "$WINEPREFIX/drive_c/Gegevens"
+printf 'Kasboek\r\n' >"$WINEPREFIX/drive_c/Gegevens/Kasboek 2026.xls"
 
 drive() { wine "$driver" "$@" </dev/null; }
 windows_form() { echo "Z:${1//\//\\}"; }
@@ -83,7 +85,8 @@ same "$work/original/NV.ini" "$production/NV.ini" "the restore brought NV.ini ba
 drive finish "$exe"
 settings="$production/NVbackuptool.ini"
 for line in '[Basic settings]' 'DriveTarget=E:' \
-    "BackUpfile1=C:\\users\\$(id -un)\\AppData\\Roaming\\Norvale\\NV_Ledger01.mdb"; do
+    "BackUpfile1=C:\\users\\$(id -un)\\AppData\\Roaming\\Norvale\\NV_Ledger01.mdb" \
+    'BackUpfile10=C:\Gegevens\Kasboek 2026.xls'; do
     grep -qxF "$line"$'\r' "$settings" || { echo "FAIL the settings file holds $line"; exit 1; }
 done
 echo "ok   the settings file names E: and the list"

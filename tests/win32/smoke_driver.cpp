@@ -3,7 +3,7 @@
 // tests/win32/smoke.sh looks at the files on the Linux side.
 //   smoke_driver backup <program.exe> <stick folder>
 //   smoke_driver restore
-//   smoke_driver finish <program.exe>
+//   smoke_driver finish <program.exe>   (adds a file through the open dialog, F1, a second start)
 #include "support/TestMachine.h"
 
 #include <windows.h>
@@ -26,6 +26,8 @@ namespace {
 using namespace std::chrono_literals;
 
 const wchar_t* const kMainCaption = L"Norvale Backup & Restore ";
+// A file of the user's own, made by smoke.sh, that joins the list through the open dialog.
+const wchar_t* const kAdded = L"C:\\Gegevens\\Kasboek 2026.xls";
 const wchar_t* const kRows[] = {L"NV_Ledger01.mdb", L"NV_Lists97.mdb",   L"panels.ini",
                                 L"NV_Entity.NVD",   L"NVbackuptool.ini", L"Nota.ini",
                                 L"NV.ini",          L"Refresh.ini",      L"NV_stock.NVD"};
@@ -319,6 +321,20 @@ void restore() {
 void finish(const std::wstring& program) {
     HWND main = mainWindow();
     HANDLE process = OpenProcess(SYNCHRONIZE | PROCESS_QUERY_INFORMATION, FALSE, processOf(main));
+    click(mustFind([&] { return control(main, L"Button", L"Voeg bestand toe aan lijst"); },
+                   L"the add button"));
+    HWND dialog = mustFind(shown(L"#32770", L"Files voor BackUp"), L"the open dialog");
+    SendMessageW(control(dialog, L"Edit"), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(kAdded));
+    click(GetDlgItem(dialog, IDOK));
+    HWND files = first(windows(main, L"ListBox"));
+    check(waitFor(
+              [&] {
+                  const std::vector<std::wstring> now = rows(files);
+                  return !now.empty() && now.back() == kAdded ? files : nullptr;
+              },
+              10s),
+          L"the open dialog adds a file of the user's to the list");
+
     GUITHREADINFO focus{};
     focus.cbSize = sizeof focus;
     GetGUIThreadInfo(GetWindowThreadProcessId(main, nullptr), &focus);
