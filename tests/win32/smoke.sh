@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # The Windows program as its user meets it: installed by its installer into a fresh Wine prefix
 # on a private X display, backing up to a removable drive E:, restoring through the wizard,
-# opening its help and refusing a second start; driven from outside by smoke_driver.exe, with
-# the files compared here. Exits 77, skipped, when a tool it needs is missing.
+# telling a pulled stick, adding a file through the open dialog, opening its help and refusing a
+# second start; driven from outside by smoke_driver.exe, with the files compared here. Exits 77, skipped, when a tool it needs is missing.
 # NV_SHOTS=<folder> (in Windows form) has the driver ask for screenshots of three windows there.
 set -euo pipefail
 root="$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)"
@@ -82,7 +82,7 @@ printf 'Gewijzigd na de backup\r\n' >"$production/NV.ini"
 drive restore
 same "$work/original/NV.ini" "$production/NV.ini" "the restore brought NV.ini back"
 
-drive finish "$exe"
+drive finish "$exe" "$(windows_form "$work/stick")"
 settings="$production/NVbackuptool.ini"
 for line in '[Basic settings]' 'DriveTarget=E:' \
     "BackUpfile1=C:\\users\\$(id -un)\\AppData\\Roaming\\Norvale\\NV_Ledger01.mdb" \

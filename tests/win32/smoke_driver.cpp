@@ -3,7 +3,8 @@
 // tests/win32/smoke.sh looks at the files on the Linux side.
 //   smoke_driver backup <program.exe> <stick folder>
 //   smoke_driver restore
-//   smoke_driver finish <program.exe>   (adds a file through the open dialog, F1, a second start)
+//   smoke_driver finish <program.exe> <stick folder>   (the stick pulled and plugged back, a file
+//       added through the open dialog, F1, a second start, closing)
 #include "support/TestMachine.h"
 
 #include <windows.h>
@@ -318,8 +319,15 @@ void restore() {
           L"the wizard closes after its last step");
 }
 
-void finish(const std::wstring& program) {
+void finish(const std::wstring& program, const std::wstring& stick) {
     HWND main = mainWindow();
+    // The drive watch tells a pulled stick at its next tick, and takes it again once it is back.
+    const auto pulledTold = [&] { return control(main, L"Static", L"U heeft het station E:"); };
+    nvtest::setWineDrive('E', {}, true);
+    check(waitFor(pulledTold, 10s), L"a pulled stick is told");
+    nvtest::setWineDrive('E', stick, true);
+    check(waitFor([&] { return pulledTold() ? nullptr : main; }, 10s),
+          L"the stick plugged back is taken again");
     HANDLE process = OpenProcess(SYNCHRONIZE | PROCESS_QUERY_INFORMATION, FALSE, processOf(main));
     click(mustFind([&] { return control(main, L"Button", L"Voeg bestand toe aan lijst"); },
                    L"the add button"));
@@ -369,9 +377,10 @@ int wmain(int argc, wchar_t** argv) {
         backup(argv[2], argv[3]);
     else if (step == L"restore")
         restore();
-    else if (step == L"finish" && argc == 3)
-        finish(argv[2]);
+    else if (step == L"finish" && argc == 4)
+        finish(argv[2], argv[3]);
     else
-        giveUp(L"usage: smoke_driver backup <program> <stick> | restore | finish <program>");
+        giveUp(
+            L"usage: smoke_driver backup <program> <stick> | restore | finish <program> <stick>");
     return failures == 0 ? 0 : 1;
 }
