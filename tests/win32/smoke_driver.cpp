@@ -5,6 +5,7 @@
 //   smoke_driver restore
 //   smoke_driver finish <program.exe> <stick folder>   (the stick pulled and plugged back, a file
 //       added through the open dialog, F1, a second start, closing)
+#include "platform/win32/Win32Text.h"
 #include "support/TestMachine.h"
 
 #include <windows.h>
@@ -35,16 +36,8 @@ const wchar_t* const kRows[] = {L"NV_Ledger01.mdb", L"NV_Lists97.mdb",   L"panel
 
 int failures = 0;
 
-std::string utf8(const std::wstring& text) {
-    std::string out(text.size() * 3 + 1, '\0');
-    out.resize(WideCharToMultiByte(CP_UTF8, 0, text.c_str(), -1, out.data(),
-                                   static_cast<int>(out.size()), nullptr, nullptr) -
-               1);
-    return out;
-}
-
 bool check(bool ok, const std::wstring& what) {
-    std::printf("%s %s\n", ok ? "ok  " : "FAIL", utf8(what).c_str());
+    std::printf("%s %s\n", ok ? "ok  " : "FAIL", nv::win32::utf8FromWide(what).c_str());
     std::fflush(stdout);
     failures += ok ? 0 : 1;
     return ok;
