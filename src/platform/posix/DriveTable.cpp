@@ -209,9 +209,14 @@ void DriveTable::remove(char letter) {
 }
 
 std::string DriveTable::toDriveForm(const std::string& nativePath) {
+    // Of two letters on one folder, the one whose stick is in wins over one whose stick was pulled.
     const DriveInfo* best = nullptr;
+    auto away = [this](const DriveInfo* d) { return notThere_.count(d->letter) > 0; };
     for (auto& [letter, info] : drives_) {
-        if (atOrBelow(nativePath, info.root) && (!best || info.root.size() > best->root.size()))
+        if (!atOrBelow(nativePath, info.root))
+            continue;
+        if (!best || info.root.size() > best->root.size() ||
+            (info.root.size() == best->root.size() && away(best) && !away(&info)))
             best = &info;
     }
     if (!best)
