@@ -1,8 +1,8 @@
 #pragma once
 
+#include "platform/WorkerThread.h"
 #include "win32/WindowProcedure.h"
 
-#include <exception>
 #include <functional>
 #include <optional>
 #include <thread>
@@ -68,14 +68,7 @@ inline void runWhile(const std::function<bool()>& keepGoing) {
 inline void runWithoutUserInput(const std::function<void()>& work) {
     HANDLE done = CreateEventW(nullptr, TRUE, FALSE, nullptr);
     std::exception_ptr failure;
-    std::thread worker([&] {
-        try {
-            work();
-        } catch (...) {
-            failure = std::current_exception();
-        }
-        SetEvent(done);
-    });
+    std::thread worker = startWorker(work, failure, [done] { SetEvent(done); });
     std::optional<int> quit;
     MSG message;
     while (MsgWaitForMultipleObjects(1, &done, FALSE, INFINITE, QS_ALLINPUT) != WAIT_OBJECT_0) {

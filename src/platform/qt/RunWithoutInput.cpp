@@ -1,9 +1,9 @@
 #include "platform/qt/RunWithoutInput.h"
+#include "platform/WorkerThread.h"
 
 #include <QCoreApplication>
 #include <QEvent>
 #include <QEventLoop>
-#include <exception>
 #include <thread>
 
 namespace nv {
@@ -48,12 +48,7 @@ protected:
 void runWithoutUserInput(const std::function<void()>& work) {
     QEventLoop loop;
     std::exception_ptr failure;
-    std::thread worker([&] {
-        try {
-            work();
-        } catch (...) {
-            failure = std::current_exception();
-        }
+    std::thread worker = startWorker(work, failure, [&loop] {
         QMetaObject::invokeMethod(&loop, &QEventLoop::quit, Qt::QueuedConnection);
     });
 
